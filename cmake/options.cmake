@@ -1,0 +1,31 @@
+# What every target of the project is compiled with.
+add_library(vellomir_options INTERFACE)
+
+target_compile_definitions(vellomir_options INTERFACE
+    QT_NO_CAST_TO_ASCII
+    QT_NO_KEYWORDS
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    VELLOMIR_VERSION="${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+
+if(MSVC)
+    target_compile_options(vellomir_options INTERFACE /W4 /permissive- /utf-8)
+    if(VELLOMIR_WERROR)
+        target_compile_options(vellomir_options INTERFACE /WX)
+    endif()
+else()
+    target_compile_options(vellomir_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+    if(VELLOMIR_WERROR)
+        target_compile_options(vellomir_options INTERFACE -Werror)
+    endif()
+    if(VELLOMIR_SANITIZE)
+        target_compile_options(vellomir_options INTERFACE
+            -fsanitize=${VELLOMIR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+        target_link_options(vellomir_options INTERFACE -fsanitize=${VELLOMIR_SANITIZE})
+    endif()
+    if(NOT APPLE)
+        # A library that is named but not used costs start-up time and memory.
+        target_link_options(vellomir_options INTERFACE -Wl,--as-needed)
+    endif()
+endif()

@@ -1,0 +1,37 @@
+#include "platform/folders.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace platform {
+
+QString settingsBaseFolder()
+{
+    const QString appData = qEnvironmentVariable("AppData");
+    if (!appData.isEmpty())
+        return appData;
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QDir().mkpath(folder);
+    return folder;
+}
+
+QString executableName()
+{
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    const QString name = program.completeBaseName();
+    return name.isEmpty() ? program.fileName() : name;
+}
+
+QString executableFolder()
+{
+    return QCoreApplication::applicationDirPath();
+}
+
+bool createFolder(const QString &path)
+{
+    return QDir().mkdir(path);
+}
+
+} // namespace platform
