@@ -1,0 +1,149 @@
+#include "board/frmMain.h"
+
+#include "board/frmMain_design.h"
+#include "platform/appearance.h"
+#include "platform/colors.h"
+#include "platform/controls.h"
+#include "platform/rich_text_box.h"
+
+#include <QMenuBar>
+#include <QTimer>
+
+#include <algorithm>
+#include <vector>
+
+using platform::control;
+
+frmMain::frmMain(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Vellomir"));
+    buildMenus();
+    buildControls();
+    buildPatternButtons();
+    setDesignFonts();
+    setTabOrderOfDesign();
+    setDesignSize();
+    Timer1 = buildTimer("Timer1", 100);
+    Timer2 = buildTimer("Timer2", 1000);
+    wire();
+    Form_Load();
+}
+
+void frmMain::buildControls()
+{
+    m_client = new QWidget(this);
+    m_client->setObjectName(QStringLiteral("client"));
+    setCentralWidget(m_client);
+    platform::buildDesign(mainDesign::controls(), m_client);
+
+    m_cButt[1] = control<platform::ColorButton>(m_client, "cButt(1)");
+    m_tDemo[1] = control<platform::ColorBox>(m_client, "tDemo(1)");
+    RTB1 = control<platform::RichTextBox>(m_client, "RTB1");
+    RTB2 = control<platform::RichTextBox>(m_client, "RTB2");
+    RTB3 = control<platform::RichTextBox>(m_client, "RTB3");
+    RTB4 = control<platform::RichTextBox>(m_client, "RTB4");
+    RTB5 = control<platform::RichTextBox>(m_client, "RTB5");
+    lblCallCnt = control<platform::Label>(m_client, "lblCallCnt");
+    lblAutoCall = control<platform::Label>(m_client, "lblAutoCall");
+    Text1 = control<platform::TextBox>(m_client, "Text1");
+    iFontSize = control<platform::ComboBox>(m_client, "iFontSize");
+    cboSec = control<platform::ComboBox>(m_client, "cboSec");
+    cmdClear = control<QPushButton>(m_client, "cmdClear");
+    cRandNum = control<QPushButton>(m_client, "cRandNum");
+    cPause = control<QPushButton>(m_client, "cPause");
+    cBingo = control<QPushButton>(m_client, "cBingo");
+    chkAutoCall = control<QCheckBox>(m_client, "chkAutoCall");
+    chkMakeVoiceCall = control<QCheckBox>(m_client, "chkMakeVoiceCall");
+
+    for (const int size : {20, 22, 24, 28, 30, 32, 34, 36, 38, 40, 42, 44, 46, 48, 50, 52})
+        iFontSize->addItem(QString::number(size));
+    iFontSize->setEditText(QStringLiteral("33"));
+    for (const int seconds : {5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 20})
+        cboSec->addItem(QString::number(seconds));
+    for (const auto &[name, spoken] : mainDesign::spokenNames())
+        control<QWidget>(m_client, name)->setAccessibleName(QString::fromLatin1(spoken));
+    cPause->setEnabled(false);
+    Text1->setSeeThrough(true);
+    Text1->raise();
+}
+
+void frmMain::buildPatternButtons()
+{
+    for (int i = 1; i <= mainDesign::patternCount; ++i)
+        platform::buildControl(mainDesign::patternButton(i), m_client)
+            ->setObjectName(controlName("cDemoButt", i));
+}
+
+void frmMain::buildMenus()
+{
+    const auto menu = [this](const char *name, const char *caption) {
+        QMenu *made = menuBar()->addMenu(QString::fromLatin1(caption));
+        made->setObjectName(QString::fromLatin1(name));
+        made->menuAction()->setObjectName(QString::fromLatin1(name));
+        return made;
+    };
+    const auto item = [](QMenu *in, const char *name, const char *caption) {
+        QAction *made = in->addAction(QString::fromLatin1(caption));
+        made->setObjectName(QString::fromLatin1(name));
+        made->setMenuRole(QAction::NoRole);
+        return made;
+    };
+    QMenu *mnuFile = menu("mnuFile", "File");
+    mnuSpeak = item(mnuFile, "mnuSpeak", "Voice Options");
+    mnuShaddow = item(mnuFile, "mnuShaddow", "Shaddow Buttons");
+    mnuShaddow->setCheckable(true);
+    mnuShaddow->setChecked(true);
+    mnuExit = item(mnuFile, "mnuExit", "E&xit");
+    QMenu *mnuHelp2 = menu("mnuHelp2", "Help");
+    mnuHelp = item(mnuHelp2, "mnuHelp", "Help");
+    mnuAbout = item(mnuHelp2, "mnuAbout", "About");
+}
+
+QTimer *frmMain::buildTimer(const char *name, int milliseconds)
+{
+    auto *timer = new QTimer(this);
+    timer->setObjectName(QString::fromLatin1(name));
+    timer->setInterval(milliseconds);
+    return timer;
+}
+
+void frmMain::setDesignFonts()
+{
+    for (const auto &[name, points] : mainDesign::displayFonts()) {
+        auto *display = control<platform::RichTextBox>(m_client, name);
+        display->setBaseFont(platform::displayFont(points));
+        display->setBackColor(platform::colors::buttonFace);
+    }
+    RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    RTB1->followScrolling(RTB2);
+    RTB4->setLineWrapMode(QTextEdit::WidgetWidth);
+}
+
+void frmMain::setTabOrderOfDesign()
+{
+    struct Stop
+    {
+        int tab;
+        QWidget *widget;
+    };
+    std::vector<Stop> stops;
+    for (const platform::DesignRow &row : mainDesign::controls()) {
+        if (row.tab >= 0)
+            stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
+    }
+    for (int i = 1; i <= mainDesign::patternCount; ++i) {
+        auto *button = m_client->findChild<QWidget *>(controlName("cDemoButt", i));
+        stops.push_back({mainDesign::patternButton(i).tab, button});
+    }
+    std::sort(stops.begin(), stops.end(), [](const Stop &a, const Stop &b) { return a.tab < b.tab; });
+    for (std::size_t i = 1; i < stops.size(); ++i)
+        setTabOrder(stops[i - 1].widget, stops[i].widget);
+}
+
+QString frmMain::controlName(const char *array, int index) const
+{
+    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(array)).arg(index);
+}

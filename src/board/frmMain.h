@@ -1,0 +1,178 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QMainWindow>
+#include <QPushButton>
+
+#include <array>
+#include <cstdint>
+
+class QAction;
+class QTimer;
+
+namespace platform {
+class ColorBox;
+class ColorButton;
+class ComboBox;
+class Label;
+class RichTextBox;
+class TextBox;
+} // namespace platform
+
+/// The caller's board: the record of the game and the window that shows it. Everything that changes the game
+/// is a member of this class; the sections below are named after the files that hold their members.
+///
+/// Numbers run from 1 to 75, and so do the indexes of what belongs to a number. Places are twips in the
+/// design and pixels in the window.
+class frmMain : public QMainWindow
+{
+    Q_OBJECT
+
+    // ---- board/frmMain.cpp: making the window ----------------------------------------------------
+public:
+    explicit frmMain(QWidget *parent = nullptr);
+
+private:
+    void buildControls();
+    void buildPatternButtons();
+    void buildMenus();
+    QTimer *buildTimer(const char *name, int milliseconds);
+    void setDesignFonts();
+    void setTabOrderOfDesign();
+    QString controlName(const char *array, int index) const;
+
+    QWidget *m_client = nullptr;
+    platform::Label *lblCallCnt = nullptr;
+    platform::Label *lblAutoCall = nullptr;
+    platform::TextBox *Text1 = nullptr;
+    platform::ComboBox *iFontSize = nullptr;
+    platform::ComboBox *cboSec = nullptr;
+    QPushButton *cmdClear = nullptr;
+    QPushButton *cRandNum = nullptr;
+    QPushButton *cPause = nullptr;
+    QPushButton *cBingo = nullptr;
+    QCheckBox *chkAutoCall = nullptr;
+    QCheckBox *chkMakeVoiceCall = nullptr;
+    QAction *mnuSpeak = nullptr;
+    QAction *mnuShaddow = nullptr;
+    QAction *mnuExit = nullptr;
+    QAction *mnuHelp = nullptr;
+    QAction *mnuAbout = nullptr;
+
+    // ---- board/frmMain_wiring.cpp: every road into the window ------------------------------------
+private:
+    void wire();
+
+    // ---- board/frmMain_lifecycle.cpp: load, unload, and the size of the large board --------------
+public:
+    /// The texts of the two settings, as they stand in `iFontSize` and `cboSec`.
+    QString fontSizeText() const;
+    QString intervalText() const;
+    /// Puts stored settings into the two boxes. An interval that is no entry of `cboSec` changes nothing.
+    void applySettings(const QString &fontSize, const QString &interval);
+    /// Empties the five displays and the countdown's label of what the design shows in them.
+    void clearDisplays();
+
+Q_SIGNALS:
+    /// The window is being closed: save what is to be kept and end the program.
+    void unloading();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void Form_Load();
+    void Form_Unload();
+    void iFontSize_Click();
+    void iFontSize_KeyPress(int &KeyAscii);
+    double drawnFontSize();
+
+    double m_lastFontSize = 33.0;
+
+    // ---- board/frmMain_layout.cpp: places that follow the window's size --------------------------
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setDesignSize();
+    void Form_Resize();
+
+    // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------
+public:
+    void BuildButts();
+
+private:
+    /// The one writer of the called flag and the button's colour, which always agree.
+    void markNumber(int n, bool called);
+    void markAll(bool called);
+    platform::ColorButton *cButt(int n) const { return m_cButt[static_cast<std::size_t>(n)]; }
+
+    std::array<std::int16_t, 76> iCalled{}; // 1 to 75: 1 called or shadowed, 0 not
+    std::array<platform::ColorButton *, 76> m_cButt{};
+
+    // ---- board/frmMain_calls.cpp: calling and un-calling a number --------------------------------
+public:
+    /// Calls number Index (1 to 75), or, when it counts as called, un-calls it after a question.
+    void cButt_Click(int Index);
+
+private:
+    void callNumber(int n);
+    void uncallNumber(int n);
+    void showCount();
+    bool autoCallRuns() const;
+    void focusAfterCall();
+
+    int iCallCnt = 0; // calls since the last clear
+
+    // ---- board/frmMain_displays.cpp: the five displays -------------------------------------------
+public:
+    void DrawBoards();
+    void EditBoard();
+    void editLastPress(int iButt);
+
+private:
+    void drawLetters();
+    void drawButtonLetters();
+
+    std::array<std::int16_t, 6> iLastCalls{}; // 1 to 5, the newest first; 0 an empty slot
+    platform::RichTextBox *RTB1 = nullptr;
+    platform::RichTextBox *RTB2 = nullptr;
+    platform::RichTextBox *RTB3 = nullptr;
+    platform::RichTextBox *RTB4 = nullptr;
+    platform::RichTextBox *RTB5 = nullptr;
+
+    // ---- board/frmMain_entry.cpp: numbers and commands typed into Text1 --------------------------
+private:
+    void Text1_KeyPress(int &KeyAscii);
+    void callEntry();
+    void returnToEntry();
+
+    // ---- board/frmMain_draw.cpp: the random draw -------------------------------------------------
+private:
+    void cRandNum_Click();
+    bool boardIsFull() const;
+
+    // ---- board/frmMain_commands.cpp: clear, pause and play ---------------------------------------
+private:
+    void cPause_Click();
+
+    // ---- board/frmMain_countdown.cpp: automatic calling ------------------------------------------
+private:
+    void chkAutoCall_Click();
+    void Timer2_Timer();
+
+    int iAutoCallLeft = 0; // ticks to the next automatic draw
+    QTimer *Timer2 = nullptr;
+
+    // ---- patterns/frmMain_card.cpp: the pattern card ---------------------------------------------
+public:
+    void BuildDemo();
+
+private:
+    void tDemo_Click(int Index);
+    void paintCell(int index, bool lit);
+    platform::ColorBox *tDemo(int index) const { return m_tDemo[static_cast<std::size_t>(index)]; }
+
+    std::array<platform::ColorBox *, 26> m_tDemo{};
+    QTimer *Timer1 = nullptr;
+};

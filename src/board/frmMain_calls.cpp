@@ -1,0 +1,56 @@
+#include "board/frmMain.h"
+
+#include "platform/controls.h"
+#include "platform/message_box.h"
+#include "platform/rich_text_box.h"
+
+void frmMain::cButt_Click(int Index)
+{
+    if (iCalled[static_cast<std::size_t>(Index)] != 0)
+        uncallNumber(Index);
+    else
+        callNumber(Index);
+    focusAfterCall();
+}
+
+void frmMain::uncallNumber(int n)
+{
+    if (!platform::confirmed(this, QStringLiteral("Clearing button,\r\nAre you sure?"),
+                             QStringLiteral("Clear Board")))
+        return;
+    markNumber(n, false);
+    EditBoard();
+}
+
+void frmMain::callNumber(int n)
+{
+    ++iCallCnt;
+    showCount();
+    lblCallCnt->repaint();
+    markNumber(n, true);
+    EditBoard();
+    editLastPress(n);
+    RTB2->refresh();
+    RTB3->refresh();
+    RTB4->refresh();
+    cButt(n)->repaint();
+}
+
+void frmMain::showCount()
+{
+    lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
+}
+
+bool frmMain::autoCallRuns() const
+{
+    return cPause->isEnabled() && cPause->text() == QStringLiteral("Pause");
+}
+
+void frmMain::focusAfterCall()
+{
+    Text1->clear();
+    if (chkAutoCall->isChecked() && cPause->text() == QStringLiteral("Pause"))
+        cPause->setFocus();
+    else
+        Text1->setFocus();
+}

@@ -1,0 +1,34 @@
+#include "board/frmMain.h"
+
+#include "platform/controls.h"
+
+#include <QTimer>
+
+void frmMain::chkAutoCall_Click()
+{
+    if (chkAutoCall->isChecked()) {
+        iAutoCallLeft = 2;
+        Timer2->start();
+        cPause->setEnabled(true);
+        cPause->setText(QStringLiteral("Pause"));
+        cPause->setFocus();
+    } else {
+        Timer2->stop();
+        cPause->setEnabled(false);
+        cPause->setText(QStringLiteral("Play"));
+        lblAutoCall->setCaption({});
+        lblAutoCall->repaint();
+        Text1->setFocus();
+    }
+}
+
+void frmMain::Timer2_Timer()
+{
+    --iAutoCallLeft;
+    if (iAutoCallLeft < 1) {
+        iAutoCallLeft = cboSec->currentText().toInt();
+        cRandNum_Click();
+    }
+    lblAutoCall->setCaption(QStringLiteral("Auto Call In : %1").arg(iAutoCallLeft));
+    lblAutoCall->repaint();
+}

@@ -1,0 +1,124 @@
+#include "board/frmMain_design.h"
+
+#include <algorithm>
+#include <cstring>
+
+using platform::DesignRow;
+using platform::Kind;
+
+namespace {
+
+// clang-format off
+constexpr DesignRow design[] = {
+    // kind               name                caption              left    top  width height  tab  container
+    {Kind::ColorButton,   "cButt(1)",         "1",                  420,   420,   360,   360,   1},
+    {Kind::Display,       "RTB5",             "B",                  105,   420,   255,  2025,  34},
+    {Kind::Label,         "Label1",           "CURRENT NUMBER",    6645,   210,  1545,   195,  -1},
+    {Kind::Display,       "RTB3",             "075",               6645,   420,  3525,  1980,   6},
+    {Kind::Label,         "Label2",           "PAST NUMBERS",     10290,   210,  1275,   195,  -1},
+    {Kind::Display,       "RTB4",             "N48 G50 I75 N48",  10290,   420,  3495,  1980,   7},
+    {Kind::Frame,         "Frame2",           "",                 13965,   105,  2775,  2295,  -1},
+    {Kind::Frame,         "Frame1",           "",                 16800,   105,  2205,  2370,  -1},
+    {Kind::ColorBox,      "tDemo(1)",         "",                     0,     0,   425,   450,  11, "Frame1"},
+    {Kind::TextBox,       "Text1",            "",                 18360,   690,   495,   285,   0},
+    {Kind::Label,         "Label4",           "Font Size",          105,  2580,   660,   195,  -1},
+    {Kind::EditableCombo, "iFontSize",        "33",                 840,  2520,   630,   315,   2},
+    {Kind::PushButton,    "cmdClear",         "Clear Board",       1545,  2550,  1155,   255,   3},
+    {Kind::PushButton,    "cRandNum",         "Random Call",       2775,  2550,  1155,   255,  35},
+    {Kind::CheckBox,      "chkAutoCall",      "Auto Draw Every",   4020,  2580,  1590,   195,  36},
+    {Kind::DropDownList,  "cboSec",           "",                  5580,  2520,   645,   315,  37},
+    {Kind::Label,         "Label3",           "Seconds",           6300,  2580,   630,   195,  -1},
+    {Kind::CheckBox,      "chkMakeVoiceCall", "Make Voice Calls",  7035,  2565,  1590,   225,  40},
+    {Kind::Label,         "lblAutoCall",      "CALL",              8820,  2580,   390,   195,  -1},
+    {Kind::Label,         "lblCallCnt",       "Balls Called: 0",  10080,  2580,   990,   195,  -1},
+    {Kind::PushButton,    "cPause",           "&Pause",           15540,  2520,  1800,   330,  42},
+    {Kind::PushButton,    "cBingo",           "Bingo",            17535,  2520,  1485,   330,  43},
+    {Kind::Display,       "RTB1",             "",                   120,  2865,   615,  7095,   5},
+    {Kind::Display,       "RTB2",             "",                   720,  2865, 18315,  7095,   4},
+};
+
+constexpr mainDesign::DisplayFont fonts[] = {
+    {"RTB1", 24.75}, {"RTB2", 24.75}, {"RTB3", 95.25}, {"RTB4", 39.75}, {"RTB5", 12.75},
+};
+
+constexpr mainDesign::SpokenName spoken[] = {
+    {"RTB1",      "Column letters of the board"},
+    {"RTB2",      "Called numbers"},
+    {"RTB3",      "Current number"},
+    {"RTB4",      "Past numbers"},
+    {"RTB5",      "Column letters of the buttons"},
+    {"Text1",     "Number to call"},
+    {"iFontSize", "Font size"},
+    {"cboSec",    "Seconds between automatic draws"},
+};
+
+constexpr const char *patternCaptions[] = {
+    "Bingo",       "Four Corner", "Inside Cor", "Stamp",       "Dbl Stamp",   "Six Pack",  "Nine Pack",
+    "Outside Box", "Inside Box",  "In Diamond", "Out Diamond", "Clover Leaf", "Plus Sign", "Kite",
+    "J",           "M",           "N",          "T",           "U",           "X",         "ALL",
+};
+
+/// The pattern buttons' indexes in their tab order.
+constexpr int patternTabs[] = {2, 1, 4, 5, 6, 3, 8, 9, 7, 10, 11, 12, 13, 14, 17, 19, 20, 21, 18, 16, 15};
+// clang-format on
+
+constexpr int firstPatternTab = 13;
+constexpr int patternRows = 7;
+constexpr int patternPitch = 340;
+constexpr int patternHeight = 255;
+
+/// The three columns of pattern buttons; the last button of the third is wider than the others.
+struct PatternColumn
+{
+    int left;
+    int width;
+};
+constexpr PatternColumn patternColumns[] = {{0, 975}, {1080, 1095}, {2400, 375}};
+constexpr PatternColumn lastPatternButton = {2280, 495};
+
+} // namespace
+
+namespace mainDesign {
+
+std::span<const DesignRow> controls()
+{
+    return design;
+}
+
+std::span<const DisplayFont> displayFonts()
+{
+    return fonts;
+}
+
+std::span<const SpokenName> spokenNames()
+{
+    return spoken;
+}
+
+const DesignRow &row(const char *name)
+{
+    const auto *found = std::find_if(std::begin(design), std::end(design),
+                                     [=](const DesignRow &row) { return std::strcmp(row.name, name) == 0; });
+    Q_ASSERT(found != std::end(design));
+    return *found;
+}
+
+DesignRow patternButton(int index)
+{
+    const int place = index - 1;
+    const PatternColumn column =
+        index == patternCount ? lastPatternButton : patternColumns[place / patternRows];
+    const auto tab =
+        std::find(std::begin(patternTabs), std::end(patternTabs), index) - std::begin(patternTabs);
+    return {.kind = Kind::PushButton,
+            .name = "cDemoButt",
+            .caption = patternCaptions[place],
+            .left = column.left,
+            .top = patternPitch * (place % patternRows),
+            .width = column.width,
+            .height = patternHeight,
+            .tab = firstPatternTab + static_cast<int>(tab),
+            .container = "Frame2"};
+}
+
+} // namespace mainDesign

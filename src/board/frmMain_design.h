@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/design_table.h"
+
+/// The design of the main window: every control with its place, size, caption and tab position.
+namespace mainDesign {
+
+inline constexpr int patternCount = 21;
+
+/// The client area, its least size, and what lies between the large board and the client area's edges, in
+/// twips.
+inline constexpr int clientWidth = 19230;
+inline constexpr int clientHeight = 10110;
+inline constexpr int leastClientWidth = 13890;
+inline constexpr int leastClientHeight = 8215;
+inline constexpr int boardRightMargin = 195;
+inline constexpr int boardBottomMargin = 150;
+
+/// Twips between neighbouring number buttons, and between neighbouring cells of the pattern card.
+inline constexpr int buttonGap = 45;
+inline constexpr int cellGap = 10;
+
+struct DisplayFont
+{
+    const char *display;
+    double points;
+};
+
+/// What a screen reader says of a control that has no caption of its own.
+struct SpokenName
+{
+    const char *control;
+    const char *name;
+};
+
+std::span<const platform::DesignRow> controls();
+std::span<const DisplayFont> displayFonts();
+std::span<const SpokenName> spokenNames();
+/// The row of a control that is in `controls()`.
+const platform::DesignRow &row(const char *name);
+/// Pattern button `index`, 1 to 21; its name is given when it is made.
+platform::DesignRow patternButton(int index);
+
+} // namespace mainDesign

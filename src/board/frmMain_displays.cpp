@@ -1,0 +1,81 @@
+#include "board/frmMain.h"
+
+#include "board/frmMain_design.h"
+#include "board/numbers.h"
+#include "platform/appearance.h"
+#include "platform/colors.h"
+#include "platform/controls.h"
+#include "platform/rich_text_box.h"
+#include "platform/units.h"
+
+#include <QFontMetrics>
+#include <QTextCursor>
+
+#include <algorithm>
+
+namespace colors = platform::colors;
+
+void frmMain::DrawBoards()
+{
+    const QFont font = platform::displayFont(drawnFontSize());
+    RTB1->setBaseFont(font);
+    drawLetters();
+    RTB2->setBaseFont(font);
+    RTB2->setText(board::boardText());
+    drawButtonLetters();
+}
+
+/// The letters beside the large board. They are as high as its rows, and narrowed where the column has not
+/// the width for them.
+void frmMain::drawLetters()
+{
+    RTB1->setText(board::letterColumn(2));
+    RTB1->setAlignment(RTB1->all(), Qt::AlignHCenter);
+    RTB1->setColor(RTB1->all(), colors::blue);
+    const int letter = QFontMetrics(RTB1->font(), RTB1).horizontalAdvance(u'B');
+    if (letter > RTB1->viewport()->width())
+        RTB1->setLetterWidth(RTB1->all(), 100 * RTB1->viewport()->width() / letter);
+    RTB1->showStart();
+}
+
+/// The letters beside the number buttons, each as high as a row of buttons.
+void frmMain::drawButtonLetters()
+{
+    const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
+    RTB5->setText(board::letterColumn(1));
+    RTB5->setFontSize(RTB5->all(), 17.0);
+    RTB5->setAlignment(RTB5->all(), Qt::AlignHCenter);
+    RTB5->setColor(RTB5->all(), colors::blue);
+    RTB5->setLineHeight(platform::pixels(pitch, logicalDpiY()));
+}
+
+void frmMain::EditBoard()
+{
+    QTextCursor edit(RTB2->document());
+    edit.beginEditBlock();
+    for (int n = 1; n <= board::numberCount; ++n) {
+        const QRgb color = iCalled[static_cast<std::size_t>(n)] == 1 ? colors::red : colors::black;
+        const int cell = board::cellOffset(n);
+        if (RTB2->colorAt(cell) != color)
+            RTB2->setColor({cell, board::cellWidth}, color);
+    }
+    edit.endEditBlock();
+    RTB1->showStart();
+    RTB2->showStart();
+}
+
+void frmMain::editLastPress(int iButt)
+{
+    RTB3->setText(board::currentLabel(iButt));
+    RTB3->setAlignment(RTB3->all(), Qt::AlignHCenter);
+    RTB3->setColor(RTB3->all(), colors::red);
+
+    std::copy_backward(iLastCalls.begin() + 1, iLastCalls.end() - 1, iLastCalls.end());
+    iLastCalls[1] = static_cast<std::int16_t>(iButt);
+
+    QString past;
+    for (std::size_t k = 2; k < iLastCalls.size(); ++k)
+        past += board::pastEntry(iLastCalls[k]) + u' ';
+    RTB4->setText(past);
+    RTB4->setColor(RTB4->all(), colors::black);
+}

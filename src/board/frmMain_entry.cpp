@@ -1,0 +1,46 @@
+#include "board/frmMain.h"
+
+#include "board/entry.h"
+#include "platform/controls.h"
+
+#include <QPushButton>
+
+void frmMain::Text1_KeyPress(int &KeyAscii)
+{
+    switch (KeyAscii) {
+    case 13:
+        callEntry();
+        Text1->clear();
+        break;
+    case 'R':
+    case 'r':
+        Text1->clear();
+        cRandNum_Click();
+        break;
+    case 'P':
+    case 'p':
+        Text1->clear();
+        if (cPause->isEnabled())
+            cPause_Click();
+        break;
+    default:
+        return;
+    }
+    KeyAscii = 0;
+}
+
+void frmMain::callEntry()
+{
+    const QString entry = Text1->text();
+    if (const std::optional<QString> rest = board::behindLetter(entry))
+        Text1->setText(*rest);
+    if (const std::optional<int> n = board::calledByEntry(entry))
+        cButt_Click(*n);
+}
+
+/// Empties the entry box and gives it the focus, ready for the next number.
+void frmMain::returnToEntry()
+{
+    Text1->clear();
+    Text1->setFocus();
+}

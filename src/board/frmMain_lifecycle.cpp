@@ -1,0 +1,93 @@
+#include "board/frmMain.h"
+
+#include "platform/controls.h"
+#include "platform/numeric.h"
+#include "platform/rich_text_box.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double leastFontSize = 5.0;
+constexpr double greatestFontSize = 100.0;
+constexpr int enter = 13;
+
+} // namespace
+
+void frmMain::Form_Load()
+{
+    const QRect screenArea = screen()->availableGeometry();
+    move(screenArea.center() - QPoint(width() / 2, height() / 2));
+    cboSec->setCurrentText(QStringLiteral("10"));
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    Form_Unload();
+    event->accept();
+}
+
+void frmMain::Form_Unload()
+{
+    Q_EMIT unloading();
+}
+
+QString frmMain::fontSizeText() const
+{
+    return iFontSize->currentText();
+}
+
+QString frmMain::intervalText() const
+{
+    return cboSec->currentText();
+}
+
+void frmMain::applySettings(const QString &fontSize, const QString &interval)
+{
+    iFontSize->setEditText(fontSize);
+    const int entry = cboSec->findText(interval, Qt::MatchFixedString | Qt::MatchCaseSensitive);
+    if (entry >= 0)
+        cboSec->setCurrentIndex(entry);
+}
+
+void frmMain::clearDisplays()
+{
+    lblAutoCall->setCaption({});
+    for (platform::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
+        display->setText({});
+}
+
+void frmMain::iFontSize_Click()
+{
+    DrawBoards();
+    EditBoard();
+    returnToEntry();
+}
+
+void frmMain::iFontSize_KeyPress(int &KeyAscii)
+{
+    if (KeyAscii != enter)
+        return;
+    KeyAscii = 0;
+    if (const std::optional<double> size = platform::parseNumber(iFontSize->currentText())) {
+        if (*size < leastFontSize)
+            iFontSize->setEditText(QString::number(leastFontSize));
+        else if (*size > greatestFontSize)
+            iFontSize->setEditText(QString::number(greatestFontSize));
+        DrawBoards();
+        EditBoard();
+    }
+    returnToEntry();
+}
+
+/// The size in `iFontSize`, in points and within its bounds; the last one when the text is no number.
+double frmMain::drawnFontSize()
+{
+    if (const std::optional<double> size = platform::parseNumber(iFontSize->currentText()))
+        m_lastFontSize = std::clamp(*size, leastFontSize, greatestFontSize);
+    return m_lastFontSize;
+}

@@ -1,0 +1,29 @@
+#include "board/frmMain.h"
+
+#include "platform/controls.h"
+#include "platform/rich_text_box.h"
+
+#include <QAction>
+#include <QTimer>
+
+using platform::ComboBox;
+using platform::TextBox;
+
+/// The number buttons and the cells are wired where they are made, in BuildButts and BuildDemo.
+void frmMain::wire()
+{
+    connect(Text1, &TextBox::keyPress, this, &frmMain::Text1_KeyPress);
+    connect(cRandNum, &QPushButton::clicked, this, &frmMain::cRandNum_Click);
+
+    connect(cPause, &QPushButton::clicked, this, &frmMain::cPause_Click);
+    connect(chkAutoCall, &QCheckBox::clicked, this, &frmMain::chkAutoCall_Click);
+    connect(Timer2, &QTimer::timeout, this, &frmMain::Timer2_Timer);
+
+    connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
+    connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
+            &frmMain::iFontSize_KeyPress);
+
+    connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
+
+    m_client->installEventFilter(this); // its size: Form_Resize
+}

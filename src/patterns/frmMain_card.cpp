@@ -1,0 +1,67 @@
+#include "board/frmMain.h"
+
+#include "board/frmMain_design.h"
+#include "board/numbers.h"
+#include "platform/colors.h"
+#include "platform/controls.h"
+#include "platform/units.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int side = 5;
+constexpr int cells = side * side;
+
+/// Pixels from one line of cells to the next, counted from the edge of the first.
+int start(int index, int size, double dpi)
+{
+    return platform::pixels(index * (size + mainDesign::cellGap), dpi);
+}
+
+/// The size of a cell, in one direction, with which no two neighbours touch although their places are rounded
+/// to whole pixels.
+int cellSize(int size, double dpi)
+{
+    int pitch = start(1, size, dpi);
+    for (int i = 1; i + 1 < side; ++i)
+        pitch = std::min(pitch, start(i + 1, size, dpi) - start(i, size, dpi));
+    return pitch - std::max(1, platform::pixels(mainDesign::cellGap, dpi));
+}
+
+} // namespace
+
+void frmMain::BuildDemo()
+{
+    const platform::DesignRow first = mainDesign::row("tDemo(1)");
+    const double dpi = m_client->logicalDpiX();
+    const QPoint origin = tDemo(1)->pos();
+    const QSize size(cellSize(first.width, dpi), cellSize(first.height, dpi));
+    for (int i = 1; i <= cells; ++i) {
+        if (i > 1) {
+            auto *cell = new platform::ColorBox(tDemo(1)->parentWidget());
+            cell->setObjectName(controlName("tDemo", i));
+            m_tDemo[static_cast<std::size_t>(i)] = cell;
+            setTabOrder(tDemo(i - 1), cell);
+        }
+        const QPoint place(start((i - 1) % side, first.width, dpi), start((i - 1) / side, first.height, dpi));
+        tDemo(i)->setGeometry({origin + place, size});
+        connect(tDemo(i), &platform::ColorBox::clicked, this, [this, i] { tDemo_Click(i); });
+        paintCell(i, false);
+    }
+}
+
+void frmMain::paintCell(int index, bool lit)
+{
+    tDemo(index)->setBackColor(lit ? platform::colors::black : platform::colors::white);
+    tDemo(index)->setAccessibleName(QStringLiteral("Pattern row %1, column %2, %3")
+                                        .arg((index - 1) / side + 1)
+                                        .arg(QChar(board::columnLetter((index - 1) % side)))
+                                        .arg(lit ? QStringLiteral("lit") : QStringLiteral("unlit")));
+}
+
+void frmMain::tDemo_Click(int Index)
+{
+    paintCell(Index, tDemo(Index)->backColor() == platform::colors::white);
+    Text1->setFocus();
+}

@@ -1,0 +1,107 @@
+#include "platform/appearance.h"
+
+#include "platform/colors.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QStyleFactory>
+
+namespace platform {
+
+namespace {
+
+/// Fusion, the same on every desktop: no icons on the buttons of message boxes, access keys underlined.
+class HouseStyle : public QProxyStyle
+{
+public:
+    HouseStyle()
+        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
+    {
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        // A check box of the design is no higher than a line of text.
+        const bool indicator = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
+        return indicator ? 13 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        switch (hint) {
+        case SH_DialogButtonBox_ButtonsHaveIcons:
+            return 0;
+        case SH_UnderlineShortcut:
+            return 1;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    }
+};
+
+QPalette lightPalette()
+{
+    const struct
+    {
+        QPalette::ColorRole role;
+        QRgb color;
+    } roles[] = {
+        {QPalette::WindowText, colors::black},    {QPalette::Button, colors::buttonFace},
+        {QPalette::Light, colors::white},         {QPalette::Midlight, 0xFFE3E3E3},
+        {QPalette::Dark, colors::buttonShadow},   {QPalette::Mid, 0xFFB8B8B8},
+        {QPalette::Text, colors::black},          {QPalette::BrightText, colors::white},
+        {QPalette::ButtonText, colors::black},    {QPalette::Base, colors::white},
+        {QPalette::Window, colors::buttonFace},   {QPalette::Shadow, 0xFF696969},
+        {QPalette::Highlight, colors::highlight}, {QPalette::HighlightedText, colors::white},
+        {QPalette::Link, colors::highlight},      {QPalette::LinkVisited, 0xFF6A1B9A},
+        {QPalette::AlternateBase, 0xFFF7F7F7},    {QPalette::ToolTipBase, 0xFFFFFFDC},
+        {QPalette::ToolTipText, colors::black},   {QPalette::PlaceholderText, colors::disabledText},
+    };
+    QPalette palette;
+    for (const auto &[role, color] : roles)
+        palette.setColor(QPalette::All, role, QColor::fromRgb(color));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(colors::disabledText));
+    return palette;
+}
+
+QFont fontOf(const QStringList &families, QFont::StyleHint hint, double points, bool bold)
+{
+    QFont font(families);
+    font.setStyleHint(hint);
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    return font;
+}
+
+} // namespace
+
+void applyAppearance(QApplication &application)
+{
+    application.setStyle(new HouseStyle);
+    const QPalette palette = lightPalette();
+    application.setPalette(palette);
+    // A desktop's theme may have colours of its own for these.
+    for (const char *kind : {"QMenu", "QMenuBar", "QMessageBox", "QToolTip", "QAbstractItemView", "QComboBox",
+                             "QLineEdit", "QTextEdit", "QAbstractButton", "QLabel", "QCheckBox"})
+        application.setPalette(palette, kind);
+    application.setFont(sansFont());
+}
+
+QFont sansFont(double points, bool bold)
+{
+    return fontOf({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+                   QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")},
+                  QFont::SansSerif, points, bold);
+}
+
+QFont displayFont(double points, bool bold)
+{
+    return fontOf(
+        {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")},
+        QFont::Monospace, points, bold);
+}
+
+} // namespace platform
