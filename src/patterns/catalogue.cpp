@@ -1,0 +1,116 @@
+#include "patterns/catalogue.h"
+
+namespace patterns {
+
+namespace {
+
+// clang-format off
+constexpr Pattern table[] = {
+    {1, "Bingo", Frames{"X.... .X... ..X.. ...X. ....X",
+                        "..X.. ..X.. ..X.. ..X.. ..X..",
+                        "....X ...X. ..X.. .X... X....",
+                        "..... ..... XXXXX ..... ....."}, Shadow{}},
+
+    {2, "Four Corner", Frames{"X...X ..... ..... ..... X...X"}, Shadow{"ING"}},
+
+    {3, "Inside Cor", Frames{"..... .X.X. ..... .X.X. ....."}, Shadow{"BNO"}},
+
+    {4, "Stamp", Frames{"XX... XX... ..... ..... .....",
+                        "...XX ...XX ..... ..... .....",
+                        "..... ..... ..... ...XX ...XX",
+                        "..... ..... ..... XX... XX..."}, Shadow{"N"}},
+
+    {5, "Dbl Stamp", Frames{"XX.XX XX.XX ..... ..... .....",
+                            "XX... XX... ..... ...XX ...XX",
+                            "...XX ...XX ..... ...XX ...XX",
+                            "...XX ...XX ..... XX... XX...",
+                            "..... ..... ..... XX.XX XX.XX",
+                            "XX... XX... ..... ...XX ...XX",
+                            "XX... XX... ..... XX... XX...",
+                            "...XX ...XX ..... XX... XX..."}, Shadow{"N"}},
+
+    {6, "Six Pack", Frames{"XXX.. XXX.. ..... ..... .....",
+                           "..... .XX.. .XX.. .XX.. .....",
+                           "..... ..... ..XXX ..XXX .....",
+                           "..... ..... ...XX ...XX ...XX",
+                           "..... ..... ..... XXX.. XXX..",
+                           "..XX. ..XX. ..XX. ..... ....."}, Shadow{}},
+
+    {7, "Nine Pack", Frames{"XXX.. XXX.. XXX.. ..... .....",
+                            "..... ..XXX ..XXX ..XXX .....",
+                            "..... ..... .XXX. .XXX. .XXX."}, Shadow{}},
+
+    {8, "Outside Box", Frames{"XXXXX X...X X...X X...X XXXXX"}, Shadow{}},
+
+    {9, "Inside Box", Frames{"..... .XXX. .X.X. .XXX. ....."}, Shadow{"BO"}},
+
+    {10, "In Diamond", Frames{"..... ..X.. .X.X. ..X.. ....."}, Shadow{"BO"}},
+
+    {11, "Out Diamond", Frames{"..X.. ..... X...X ..... ..X.."}, Shadow{"IG"}},
+
+    {12, "Clover Leaf", Frames{"XX.XX XX.XX ..... XX.XX XX.XX"}, Shadow{"N"}},
+
+    {13, "Plus Sign", Frames{"..X.. ..X.. XXXXX ..X.. ..X.."}, Shadow{}},
+
+    {14, "Kite", Frames{"XX... XX... ..X.. ...X. ....X",
+                        "...XX ...XX ..X.. .X... X....",
+                        "X.... .X... ..X.. ...XX ...XX",
+                        "....X ...X. ..X.. XX... XX..."}, Shadow{"N"}},
+
+    {15, "J", Frames{"XXXXX ..X.. ..X.. X.X.. XXX.."}, Shadow{}},
+
+    {16, "M", Frames{"X...X XX.XX X.X.X X...X X...X"}, Shadow{}},
+
+    {17, "N", Frames{"X...X XX..X X.X.X X..XX X...X"}, Shadow{}},
+
+    {18, "T", Frames{"XXXXX ..X.. ..X.. ..X.. ..X.."}, Shadow{}},
+
+    {19, "U", Frames{"X...X X...X X...X X...X XXXXX"}, Shadow{}},
+
+    {20, "X", Frames{"X...X .X.X. ..X.. .X.X. X...X"}, Shadow{}},
+
+    {21, "ALL", Frames{"XXXXX XXXXX XXXXX XXXXX XXXXX"}, Shadow{}},
+};
+// clang-format on
+
+consteval bool inOrder()
+{
+    int expected = 0;
+    for (const Pattern &pattern : table) {
+        if (pattern.id != ++expected)
+            return false;
+    }
+    return expected == patternCount;
+}
+
+consteval int formsOf(int id)
+{
+    return table[id - 1].frames.count();
+}
+
+consteval int formsOfAll()
+{
+    int forms = 0;
+    for (const Pattern &pattern : table)
+        forms += pattern.frames.count();
+    return forms;
+}
+
+static_assert(inOrder(), "the patterns stand in the order of their ids");
+static_assert(formsOf(1) == 4 && formsOf(4) == 4 && formsOf(5) == 8 && formsOf(6) == 6 && formsOf(7) == 3 &&
+              formsOf(14) == 4);
+static_assert(formsOfAll() == 29 + 15, "every other pattern has one form");
+
+} // namespace
+
+std::span<const Pattern, patternCount> catalogue()
+{
+    return table;
+}
+
+const Pattern &pattern(int id)
+{
+    return table[id - 1];
+}
+
+} // namespace patterns
