@@ -1,35 +1,68 @@
 #include "app/modMain.h"
 
+#include "app/mod_ini_Stuff.h"
 #include "board/frmMain.h"
+#include "platform/end_signals.h"
 #include "platform/folders.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 
-#include <memory>
-
 namespace modMain {
 
 QString SettingsPath;
+
+namespace {
+
+const QString section = QStringLiteral("Options");
+const QString fontSizeKey = QStringLiteral("FontSz");
+const QString intervalKey = QStringLiteral("AutoCallTm");
+
+/// Ends the program when the window is closed, and closes the window when the system ends the program.
+void endWith(frmMain *window)
+{
+    QObject::connect(window, &frmMain::unloading, qApp, [window] {
+        SaveSettings(*window);
+        QCoreApplication::exit();
+    });
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [window] { delete window; });
+
+    auto *signals = new platform::EndSignals(qApp);
+    QObject::connect(signals, &platform::EndSignals::ended, window, &QWidget::close);
+    QObject::connect(signals, &platform::EndSignals::saveRequested, window,
+                     [window] { SaveSettings(*window); });
+}
+
+} // namespace
 
 bool DirExists(const QString &path)
 {
     return QFileInfo(path).isDir();
 }
 
+void LoadSettings(frmMain &window)
+{
+    window.applySettings(app::ReadIni(SettingsPath, section, fontSizeKey, QStringLiteral("33")),
+                         app::ReadIni(SettingsPath, section, intervalKey, QStringLiteral("10")));
+}
+
+void SaveSettings(const frmMain &window)
+{
+    app::WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
+    app::WriteIni(SettingsPath, section, intervalKey, window.intervalText());
+}
+
 void Main()
 {
-    static std::unique_ptr<frmMain> window;
-    window = std::make_unique<frmMain>();
-    QObject::connect(window.get(), &frmMain::unloading, qApp, [] { QCoreApplication::exit(); });
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [] { window.reset(); });
+    auto *window = new frmMain;
+    endWith(window);
 
-    const QString name = platform::executableName();
-    const QString folder = platform::settingsBaseFolder() + QDir::separator() + name;
+    const QString folder = platform::settingsBaseFolder() + QDir::separator() + platform::executableName();
     if (!DirExists(folder))
         platform::createFolder(folder);
-    SettingsPath = folder + QDir::separator() + name + QStringLiteral(".ini");
+    SettingsPath = folder + QDir::separator() + platform::executableName() + QStringLiteral(".ini");
+    LoadSettings(*window);
 
     window->clearDisplays();
     window->BuildButts();

@@ -16,4 +16,9 @@ void Main();
 
 bool DirExists(const QString &path);
 
+/// Puts the stored settings, or their defaults, into the main window's two boxes.
+void LoadSettings(frmMain &window);
+/// Writes the texts of the two boxes, as they stand, into the settings file. A failure is not reported.
+void SaveSettings(const frmMain &window);
+
 } // namespace modMain

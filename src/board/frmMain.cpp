@@ -1,10 +1,12 @@
 #include "board/frmMain.h"
 
 #include "board/frmMain_design.h"
+#include "patterns/catalogue.h"
 #include "platform/appearance.h"
 #include "platform/colors.h"
 #include "platform/controls.h"
 #include "platform/rich_text_box.h"
+#include "windows/frmBingo.h"
 
 #include <QMenuBar>
 #include <QTimer>
@@ -71,9 +73,11 @@ void frmMain::buildControls()
 
 void frmMain::buildPatternButtons()
 {
-    for (int i = 1; i <= mainDesign::patternCount; ++i)
-        platform::buildControl(mainDesign::patternButton(i), m_client)
-            ->setObjectName(controlName("cDemoButt", i));
+    for (int i = 1; i <= patterns::patternCount; ++i) {
+        QWidget *button = platform::buildControl(mainDesign::patternButton(i), m_client);
+        button->setObjectName(controlName("cDemoButt", i));
+        m_cDemoButt[static_cast<std::size_t>(i)] = static_cast<QPushButton *>(button);
+    }
 }
 
 void frmMain::buildMenus()
@@ -106,6 +110,7 @@ QTimer *frmMain::buildTimer(const char *name, int milliseconds)
     auto *timer = new QTimer(this);
     timer->setObjectName(QString::fromLatin1(name));
     timer->setInterval(milliseconds);
+    timer->setTimerType(Qt::PreciseTimer); // a coarse timer drifts by seconds in an evening
     return timer;
 }
 
@@ -134,10 +139,8 @@ void frmMain::setTabOrderOfDesign()
         if (row.tab >= 0)
             stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
     }
-    for (int i = 1; i <= mainDesign::patternCount; ++i) {
-        auto *button = m_client->findChild<QWidget *>(controlName("cDemoButt", i));
-        stops.push_back({mainDesign::patternButton(i).tab, button});
-    }
+    for (int i = 1; i <= patterns::patternCount; ++i)
+        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt(i)});
     std::sort(stops.begin(), stops.end(), [](const Stop &a, const Stop &b) { return a.tab < b.tab; });
     for (std::size_t i = 1; i < stops.size(); ++i)
         setTabOrder(stops[i - 1].widget, stops[i].widget);

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
 
 #include <array>
@@ -9,6 +10,12 @@
 
 class QAction;
 class QTimer;
+class frmBingo;
+
+namespace patterns {
+class Grid;
+struct Pattern;
+} // namespace patterns
 
 namespace platform {
 class ColorBox;
@@ -152,9 +159,14 @@ private:
     void cRandNum_Click();
     bool boardIsFull() const;
 
-    // ---- board/frmMain_commands.cpp: clear, pause and play ---------------------------------------
+    // ---- board/frmMain_commands.cpp: clear, pause and play, Bingo --------------------------------
 private:
     void cPause_Click();
+    void cmdClear_Click();
+    void clearBoard();
+    void cBingo_Click();
+
+    QPointer<frmBingo> m_frmBingo;
 
     // ---- board/frmMain_countdown.cpp: automatic calling ------------------------------------------
 private:
@@ -171,8 +183,22 @@ public:
 private:
     void tDemo_Click(int Index);
     void paintCell(int index, bool lit);
+    void paintCard(const patterns::Grid &grid);
     platform::ColorBox *tDemo(int index) const { return m_tDemo[static_cast<std::size_t>(index)]; }
 
-    std::array<platform::ColorBox *, 26> m_tDemo{};
+    std::array<platform::ColorBox *, 26> m_tDemo{}; // 1 to 25
+
+    // ---- patterns/frmMain_patterns.cpp: selection, animation and shadow of a pattern -------------
+private:
+    /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
+    void cDemoButt_Click(int Index);
+    void Timer1_Timer();
+    void selectPattern(int id);
+    void applyShadow(const patterns::Pattern &pattern);
+    QPushButton *cDemoButt(int index) const { return m_cDemoButt[static_cast<std::size_t>(index)]; }
+
+    int iCurPattern = 0;                         // 0 for none
+    int iPatternFrame = 0;                       // what the next tick draws, from 1
+    std::array<QPushButton *, 22> m_cDemoButt{}; // 1 to 21
     QTimer *Timer1 = nullptr;
 };

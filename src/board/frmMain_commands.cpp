@@ -1,6 +1,9 @@
 #include "board/frmMain.h"
 
 #include "platform/controls.h"
+#include "platform/message_box.h"
+#include "platform/rich_text_box.h"
+#include "windows/frmBingo.h"
 
 #include <QTimer>
 
@@ -14,4 +17,43 @@ void frmMain::cPause_Click()
         cPause->setText(QStringLiteral("Pause"));
         Timer2->start();
     }
+}
+
+void frmMain::cmdClear_Click()
+{
+    if (autoCallRuns())
+        cPause_Click();
+    if (platform::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
+                            QStringLiteral("Clear Board")))
+        clearBoard();
+    returnToEntry();
+}
+
+/// Starts a new game. The selected pattern stays: selecting it twice deselects it and selects it again.
+void frmMain::clearBoard()
+{
+    for (platform::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
+        display->setText({});
+    iLastCalls.fill(0);
+    markAll(false);
+    DrawBoards();
+    iCallCnt = 0;
+    showCount();
+    const int pattern = iCurPattern;
+    cDemoButt_Click(iCurPattern);
+    cDemoButt_Click(pattern);
+    EditBoard();
+}
+
+void frmMain::cBingo_Click()
+{
+    if (autoCallRuns())
+        cPause_Click();
+    Text1->setFocus();
+    if (!m_frmBingo)
+        m_frmBingo = new frmBingo(this);
+    m_frmBingo->setGeometry(frameGeometry());
+    m_frmBingo->show();
+    m_frmBingo->raise();
+    m_frmBingo->activateWindow();
 }

@@ -2,6 +2,7 @@
 
 #include "platform/controls.h"
 
+#include <QApplication>
 #include <QTimer>
 
 void frmMain::chkAutoCall_Click()
@@ -24,6 +25,9 @@ void frmMain::chkAutoCall_Click()
 
 void frmMain::Timer2_Timer()
 {
+    // The operator is answering a question: nothing is drawn behind it, and the countdown stands still.
+    if (QApplication::activeModalWidget())
+        return;
     --iAutoCallLeft;
     if (iAutoCallLeft < 1) {
         iAutoCallLeft = cboSec->currentText().toInt();

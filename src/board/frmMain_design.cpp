@@ -1,5 +1,7 @@
 #include "board/frmMain_design.h"
 
+#include "patterns/catalogue.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -52,12 +54,6 @@ constexpr mainDesign::SpokenName spoken[] = {
     {"cboSec",    "Seconds between automatic draws"},
 };
 
-constexpr const char *patternCaptions[] = {
-    "Bingo",       "Four Corner", "Inside Cor", "Stamp",       "Dbl Stamp",   "Six Pack",  "Nine Pack",
-    "Outside Box", "Inside Box",  "In Diamond", "Out Diamond", "Clover Leaf", "Plus Sign", "Kite",
-    "J",           "M",           "N",          "T",           "U",           "X",         "ALL",
-};
-
 /// The pattern buttons' indexes in their tab order.
 constexpr int patternTabs[] = {2, 1, 4, 5, 6, 3, 8, 9, 7, 10, 11, 12, 13, 14, 17, 19, 20, 21, 18, 16, 15};
 // clang-format on
@@ -107,12 +103,12 @@ DesignRow patternButton(int index)
 {
     const int place = index - 1;
     const PatternColumn column =
-        index == patternCount ? lastPatternButton : patternColumns[place / patternRows];
+        index == patterns::patternCount ? lastPatternButton : patternColumns[place / patternRows];
     const auto tab =
         std::find(std::begin(patternTabs), std::end(patternTabs), index) - std::begin(patternTabs);
     return {.kind = Kind::PushButton,
             .name = "cDemoButt",
-            .caption = patternCaptions[place],
+            .caption = patterns::pattern(index).caption,
             .left = column.left,
             .top = patternPitch * (place % patternRows),
             .width = column.width,

@@ -5,8 +5,6 @@
 /// The design of the main window: every control with its place, size, caption and tab position.
 namespace mainDesign {
 
-inline constexpr int patternCount = 21;
-
 /// The client area, its least size, and what lies between the large board and the client area's edges, in
 /// twips.
 inline constexpr int clientWidth = 19230;

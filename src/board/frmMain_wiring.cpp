@@ -1,5 +1,6 @@
 #include "board/frmMain.h"
 
+#include "patterns/catalogue.h"
 #include "platform/controls.h"
 #include "platform/rich_text_box.h"
 
@@ -10,6 +11,7 @@ using platform::ComboBox;
 using platform::TextBox;
 
 /// The number buttons and the cells are wired where they are made, in BuildButts and BuildDemo.
+/// The check mark of mnuShaddow is its own.
 void frmMain::wire()
 {
     connect(Text1, &TextBox::keyPress, this, &frmMain::Text1_KeyPress);
@@ -18,6 +20,13 @@ void frmMain::wire()
     connect(cPause, &QPushButton::clicked, this, &frmMain::cPause_Click);
     connect(chkAutoCall, &QCheckBox::clicked, this, &frmMain::chkAutoCall_Click);
     connect(Timer2, &QTimer::timeout, this, &frmMain::Timer2_Timer);
+
+    connect(cmdClear, &QPushButton::clicked, this, &frmMain::cmdClear_Click);
+    connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);
+
+    for (int i = 1; i <= patterns::patternCount; ++i)
+        connect(cDemoButt(i), &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
+    connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,

@@ -2,6 +2,7 @@
 
 #include "board/frmMain_design.h"
 #include "board/numbers.h"
+#include "patterns/catalogue.h"
 #include "platform/colors.h"
 #include "platform/controls.h"
 #include "platform/units.h"
@@ -10,8 +11,7 @@
 
 namespace {
 
-constexpr int side = 5;
-constexpr int cells = side * side;
+using patterns::cardSide;
 
 /// Pixels from one line of cells to the next, counted from the edge of the first.
 int start(int index, int size, double dpi)
@@ -24,7 +24,7 @@ int start(int index, int size, double dpi)
 int cellSize(int size, double dpi)
 {
     int pitch = start(1, size, dpi);
-    for (int i = 1; i + 1 < side; ++i)
+    for (int i = 1; i + 1 < cardSide; ++i)
         pitch = std::min(pitch, start(i + 1, size, dpi) - start(i, size, dpi));
     return pitch - std::max(1, platform::pixels(mainDesign::cellGap, dpi));
 }
@@ -37,14 +37,15 @@ void frmMain::BuildDemo()
     const double dpi = m_client->logicalDpiX();
     const QPoint origin = tDemo(1)->pos();
     const QSize size(cellSize(first.width, dpi), cellSize(first.height, dpi));
-    for (int i = 1; i <= cells; ++i) {
+    for (int i = 1; i <= patterns::cellCount; ++i) {
         if (i > 1) {
             auto *cell = new platform::ColorBox(tDemo(1)->parentWidget());
             cell->setObjectName(controlName("tDemo", i));
             m_tDemo[static_cast<std::size_t>(i)] = cell;
             setTabOrder(tDemo(i - 1), cell);
         }
-        const QPoint place(start((i - 1) % side, first.width, dpi), start((i - 1) / side, first.height, dpi));
+        const QPoint place(start((i - 1) % cardSide, first.width, dpi),
+                           start((i - 1) / cardSide, first.height, dpi));
         tDemo(i)->setGeometry({origin + place, size});
         connect(tDemo(i), &platform::ColorBox::clicked, this, [this, i] { tDemo_Click(i); });
         paintCell(i, false);
@@ -55,9 +56,17 @@ void frmMain::paintCell(int index, bool lit)
 {
     tDemo(index)->setBackColor(lit ? platform::colors::black : platform::colors::white);
     tDemo(index)->setAccessibleName(QStringLiteral("Pattern row %1, column %2, %3")
-                                        .arg((index - 1) / side + 1)
-                                        .arg(QChar(board::columnLetter((index - 1) % side)))
+                                        .arg((index - 1) / cardSide + 1)
+                                        .arg(QChar(board::columnLetter((index - 1) % cardSide)))
                                         .arg(lit ? QStringLiteral("lit") : QStringLiteral("unlit")));
+}
+
+/// Shows a pattern. A cell that keeps its colour is not painted anew, and none is painted before all have
+/// theirs.
+void frmMain::paintCard(const patterns::Grid &grid)
+{
+    for (int i = 1; i <= patterns::cellCount; ++i)
+        paintCell(i, grid.lit(i));
 }
 
 void frmMain::tDemo_Click(int Index)

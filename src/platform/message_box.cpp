@@ -1,11 +1,35 @@
 #include "platform/message_box.h"
 
+#include "platform/error.h"
+
 #include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+
+#include <deque>
 
 namespace platform {
 
 namespace {
+
+struct Report
+{
+    QPointer<QWidget> owner;
+    Error error;
+};
+
+int openBoxes = 0;
+std::deque<Report> waitingReports;
+
+void showNextReport()
+{
+    if (openBoxes > 0 || waitingReports.empty())
+        return;
+    const Report next = waitingReports.front();
+    waitingReports.pop_front();
+    reportError(next.owner, next.error);
+}
 
 QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title,
                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safe)
@@ -16,7 +40,12 @@ QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString 
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(safe);
     box.setEscapeButton(safe);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    ++openBoxes;
+    const int answer = box.exec();
+    --openBoxes;
+    if (!waitingReports.empty())
+        QTimer::singleShot(0, qApp, showNextReport);
+    return static_cast<QMessageBox::StandardButton>(answer);
 }
 
 } // namespace
@@ -26,15 +55,22 @@ void notice(QWidget *owner, const QString &text, const QString &title)
     ask(owner, QMessageBox::NoIcon, text, title, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-void warning(QWidget *owner, const QString &text, const QString &title)
-{
-    ask(owner, QMessageBox::Warning, text, title, QMessageBox::Ok, QMessageBox::Ok);
-}
-
 bool confirmed(QWidget *owner, const QString &text, const QString &title)
 {
     return ask(owner, QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No,
                QMessageBox::No) == QMessageBox::Yes;
+}
+
+void reportError(QWidget *owner, const Error &error)
+{
+    if (openBoxes > 0) {
+        waitingReports.push_back({owner, error});
+        return;
+    }
+    const QString text =
+        QStringLiteral("Desc: %1\r\nErr #: %2").arg(error.description, QString::number(error.number));
+    ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"), QMessageBox::Ok,
+        QMessageBox::Ok);
 }
 
 } // namespace platform

@@ -71,7 +71,7 @@ void RichTextBox::setColor(Range range, QRgb color)
 {
     QTextCharFormat format;
     format.setForeground(QColor::fromRgb(color));
-    cursorOver(range).mergeCharFormat(format);
+    merge(range, format);
 }
 
 void RichTextBox::setAlignment(Range range, Qt::Alignment alignment)
@@ -85,14 +85,14 @@ void RichTextBox::setFontSize(Range range, double points)
 {
     QTextCharFormat format;
     format.setFontPointSize(points);
-    cursorOver(range).mergeCharFormat(format);
+    merge(range, format);
 }
 
 void RichTextBox::setLetterWidth(Range range, int percent)
 {
     QTextCharFormat format;
     format.setFontStretch(percent);
-    cursorOver(range).mergeCharFormat(format);
+    merge(range, format);
 }
 
 void RichTextBox::setLineHeight(int pixels)
@@ -103,19 +103,37 @@ void RichTextBox::setLineHeight(int pixels)
     cursorOver(all()).mergeBlockFormat(format);
 }
 
+/// A line without text keeps its format in its block.
+void RichTextBox::merge(Range range, const QTextCharFormat &format)
+{
+    QTextCursor cursor = cursorOver(range);
+    cursor.mergeCharFormat(format);
+    for (QTextBlock block = document()->findBlock(cursor.selectionStart());
+         block.isValid() && block.position() < cursor.selectionEnd(); block = block.next()) {
+        if (block.length() == 1)
+            QTextCursor(block).mergeBlockCharFormat(format);
+    }
+}
+
+QTextCharFormat RichTextBox::formatAt(int position) const
+{
+    const QTextBlock block = document()->findBlock(documentPosition(position));
+    if (block.length() == 1)
+        return block.charFormat();
+    QTextCursor cursor(document());
+    cursor.setPosition(std::min(documentPosition(position) + 1, block.position() + block.length() - 1));
+    return cursor.charFormat();
+}
+
 QRgb RichTextBox::colorAt(int position) const
 {
-    QTextCursor cursor(document());
-    cursor.setPosition(std::min(documentPosition(position) + 1, document()->characterCount() - 1));
-    const QBrush brush = cursor.charFormat().foreground();
+    const QBrush brush = formatAt(position).foreground();
     return brush.style() == Qt::NoBrush ? colors::black : brush.color().rgb();
 }
 
 double RichTextBox::fontSizeAt(int position) const
 {
-    QTextCursor cursor(document());
-    cursor.setPosition(std::min(documentPosition(position) + 1, document()->characterCount() - 1));
-    const double points = cursor.charFormat().fontPointSize();
+    const double points = formatAt(position).fontPointSize();
     return points > 0.0 ? points : font().pointSizeF();
 }
 

@@ -61,6 +61,8 @@ protected:
 private:
     int documentPosition(int position) const;
     QTextCursor cursorOver(Range range) const;
+    void merge(Range range, const QTextCharFormat &format);
+    QTextCharFormat formatAt(int position) const;
     bool scrolls() const;
     void matchScrolling();
 

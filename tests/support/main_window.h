@@ -80,6 +80,13 @@ public:
         });
     }
 
+    /// What happens when the time of a running timer is over.
+    static void fire(QTimer *timer)
+    {
+        QTimerEvent over(timer->timerId());
+        QCoreApplication::sendEvent(timer, &over);
+    }
+
     frmMain window;
 
 private:

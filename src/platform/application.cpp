@@ -1,0 +1,33 @@
+#include "platform/application.h"
+
+#include "platform/error.h"
+#include "platform/message_box.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int unexpected = -1; // the number of a failure that has none of its own
+
+void report(const Error &error)
+{
+    reportError(QApplication::activeWindow(), error);
+}
+
+} // namespace
+
+bool Application::notify(QObject *receiver, QEvent *event)
+{
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const Error &error) {
+        report(error);
+    } catch (const std::exception &error) {
+        report({unexpected, QString::fromLocal8Bit(error.what())});
+    } catch (...) {
+        report({unexpected, QStringLiteral("Unexpected failure")});
+    }
+    return true;
+}
+
+} // namespace platform

@@ -1,0 +1,132 @@
+#include "windows/frmBingo.h"
+
+#include "platform/appearance.h"
+#include "platform/colors.h"
+#include "platform/controls.h"
+#include "platform/design_table.h"
+#include "platform/rich_text_box.h"
+
+#include <QFontMetricsF>
+#include <QMouseEvent>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace colors = platform::colors;
+using platform::DesignRow;
+using platform::Kind;
+
+namespace {
+
+// clang-format off
+constexpr DesignRow design[] = {
+    // kind          name     caption  left   top  width height  tab
+    {Kind::TextBox,  "Text1", "Text1",    0, 1785,  1170,   180,   1},
+    {Kind::Display,  "RTB1",  "",         0,    0,  2325,  1590,   0},
+};
+
+/// What the word looks like in the six coloured phases; step 0 changes nothing.
+constexpr struct { double points; QRgb color; } steps[] = {
+    {0.0,   0},
+    {300.0, 0xFF0000FF},
+    {150.0, 0xFFFF0000},
+    {300.0, 0xFF000000},
+    {150.0, 0xFF00FF00},
+    {300.0, 0xFFFFFF00},
+    {150.0, 0xFFFF00FF},
+};
+// clang-format on
+
+constexpr int lastStep = 6;
+constexpr QRgb cyan = 0xFF00FFFF;
+constexpr platform::RichTextBox::Range lineBreak{0, 2};
+constexpr platform::RichTextBox::Range word{2, 5};
+
+} // namespace
+
+frmBingo::frmBingo(QWidget *owner)
+    : QWidget(owner, Qt::Tool | Qt::FramelessWindowHint)
+{
+    setObjectName(QStringLiteral("frmBingo"));
+    setWindowTitle(QStringLiteral("Form1"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    platform::buildDesign(design, this);
+    RTB1 = platform::control<platform::RichTextBox>(this, "RTB1");
+    Text1 = platform::control<platform::TextBox>(this, "Text1");
+    RTB1->setAccessibleName(QStringLiteral("BINGO"));
+    Text1->setAccessibleName(QStringLiteral("BINGO"));
+    RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
+    RTB1->setFrameShape(QFrame::NoFrame);
+    showFirst();
+
+    Timer1 = new QTimer(this);
+    Timer1->setObjectName(QStringLiteral("Timer1"));
+    connect(Timer1, &QTimer::timeout, this, &frmBingo::Timer1_Timer);
+    Timer1->start(500);
+}
+
+/// The word as it stands until the first tick.
+void frmBingo::showFirst()
+{
+    RTB1->setBaseFont(platform::displayFont(99.75));
+    RTB1->setBackColor(colors::buttonFace);
+    RTB1->setText(QStringLiteral("\r\nBINGO"));
+    setWord(250.0);
+    RTB1->setAlignment(word, Qt::AlignHCenter);
+    RTB1->setColor(word, cyan);
+    RTB1->showStart();
+}
+
+/// Gives the word its size and keeps it on one line of the window.
+void frmBingo::setWord(double points)
+{
+    m_points = points;
+    RTB1->setFontSize(word, points);
+    const double width =
+        QFontMetricsF(platform::displayFont(points), RTB1).horizontalAdvance(QStringLiteral("BINGO"));
+    const double room = RTB1->width();
+    RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * room / width), 1, 100));
+}
+
+void frmBingo::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmBingo::Form_Resize()
+{
+    RTB1->resize(size());
+    setWord(m_points);
+}
+
+void frmBingo::Timer1_Timer()
+{
+    Timer1->setInterval(250);
+    RTB1->setFontSize(lineBreak, 100.0);
+    RTB1->setAlignment(word, Qt::AlignHCenter);
+    if (!bFlash) {
+        RTB1->setColor(word, colors::white);
+        bFlash = true;
+    } else {
+        bFlash = false;
+        if (iFlashStep > 0) {
+            setWord(steps[iFlashStep].points);
+            RTB1->setColor(word, steps[iFlashStep].color);
+        }
+        iFlashStep = iFlashStep == lastStep ? 1 : iFlashStep + 1;
+    }
+    Text1->setFocus();
+}
+
+bool frmBingo::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonRelease)
+        RTB1_Click();
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmBingo::RTB1_Click()
+{
+    close();
+}
