@@ -8,7 +8,7 @@ namespace platform {
 
 namespace {
 
-constexpr qint64 largestFile = 1024 * 1024;
+constexpr qint64 largestFile = 1'048'576;
 
 /// Where a value lies in a profile's bytes, or, when the key is missing, where its line is to be added.
 struct Place
@@ -41,7 +41,7 @@ std::optional<QByteArrayView> sectionName(QByteArrayView line)
 std::optional<QByteArrayView> valueOf(QByteArrayView key, QByteArrayView line)
 {
     const qsizetype equals = line.indexOf('=');
-    if (equals < 0 || line.startsWith(';') || !sameName(line.first(equals), key))
+    if (equals < 0 || !sameName(line.first(equals), key))
         return std::nullopt;
     return line.sliced(equals + 1).trimmed();
 }
@@ -83,7 +83,7 @@ QByteArray inLine(QByteArrayView value)
 QByteArray lineEndOf(QByteArrayView content)
 {
     const qsizetype lineFeed = content.indexOf('\n');
-    const bool bare = lineFeed == 0 || (lineFeed > 0 && content[lineFeed - 1] != '\r');
+    const bool bare = lineFeed >= 0 && !content.first(lineFeed).endsWith('\r');
     return bare ? "\n" : "\r\n";
 }
 
