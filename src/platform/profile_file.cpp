@@ -149,12 +149,12 @@ bool writeProfileString(const QString &path, const QString &section, const QStri
     const std::optional<QByteArray> content = readWhole(path);
     if (!content)
         return false;
-    const QByteArray sectionName = section.toLocal8Bit();
-    const QByteArray keyName = key.toLocal8Bit();
-    const auto current = findValue(*content, sectionName, keyName);
+    const QByteArray sectionBytes = section.toLocal8Bit();
+    const QByteArray keyBytes = key.toLocal8Bit();
+    const auto current = findValue(*content, sectionBytes, keyBytes);
     if (current && QString::fromLocal8Bit(*current) == value)
         return true;
-    return replaceWhole(path, withValue(*content, sectionName, keyName, value.toLocal8Bit()));
+    return replaceWhole(path, withValue(*content, sectionBytes, keyBytes, value.toLocal8Bit()));
 }
 
 } // namespace platform
