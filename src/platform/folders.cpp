@@ -9,10 +9,10 @@ namespace platform {
 
 QString settingsBaseFolder()
 {
-    const QString appData = qEnvironmentVariable("AppData");
+    QString appData = qEnvironmentVariable("AppData");
     if (!appData.isEmpty())
         return appData;
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     QDir().mkpath(folder);
     return folder;
 }
