@@ -1,0 +1,273 @@
+#include "platform/ssip_engine.h"
+
+#include "platform/error.h"
+
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace platform {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto retryPause = 50ms;
+// A starter that fails may have met another one at work: this many more tries find out.
+constexpr int triesAfterFailedStart = 40;
+
+/// The path of the service's socket. Throws Error when the user has sent programs to another kind of address.
+QString socketPath()
+{
+    const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
+    const QString scheme = QStringLiteral("unix_socket");
+    if (!address.isEmpty() && address.section(u':', 0, 0) != scheme)
+        throw Error(SpNotInstalled,
+                    QStringLiteral("Speech service at an unknown kind of address: ") + address);
+    const QString path = address.section(u':', 1);
+    if (!path.isEmpty())
+        return path;
+    QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    return folder + QStringLiteral("/speech-dispatcher/speechd.sock");
+}
+
+/// The program that starts the service; empty where there is none.
+QString serviceCommand()
+{
+    return QStandardPaths::findExecutable(
+        qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
+}
+
+bool somebodyAnswers(const QString &address)
+{
+    QLocalSocket socket;
+    socket.connectToServer(address);
+    return socket.state() == QLocalSocket::ConnectedState;
+}
+
+/// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
+/// with a point alone ends it all.
+QByteArray dataLines(const QString &text)
+{
+    QByteArray data;
+    for (const QString &line : text.split(u'\n'))
+        data += (line.startsWith(u'.') ? "." : "") + line.toUtf8().replace('\r', ' ') + "\r\n";
+    return data + '.';
+}
+
+QString lostDescription()
+{
+    return QStringLiteral("The speech service was lost.");
+}
+
+} // namespace
+
+SsipEngine::SsipEngine()
+    : m_address(socketPath())
+    , m_triesLeft(triesAfterFailedStart)
+{
+    if (serviceCommand().isEmpty() && !somebodyAnswers(m_address))
+        throw Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
+    connect(&m_socket, &QLocalSocket::connected, this, &SsipEngine::greet);
+    connect(&m_socket, &QLocalSocket::readyRead, this, &SsipEngine::readLines);
+    connect(&m_socket, &QLocalSocket::disconnected, this,
+            [this] { Q_EMIT failed(SpLost, lostDescription()); });
+}
+
+SsipEngine::~SsipEngine()
+{
+    m_socket.disconnect(this);
+    m_starter.disconnect(this);
+    if (m_socket.state() == QLocalSocket::ConnectedState) {
+        m_socket.write("CANCEL SELF\r\nQUIT\r\n");
+        m_socket.flush();
+    }
+}
+
+// ---- Reaching the service
+// ------------------------------------------------------------------------------------
+
+void SsipEngine::open()
+{
+    connect(&m_socket, &QLocalSocket::errorOccurred, this, &SsipEngine::connectionFailed);
+    connectToService();
+}
+
+void SsipEngine::connectToService()
+{
+    m_socket.connectToServer(m_address);
+}
+
+/// Nobody answers: starts the service, once, and tries again. A service that never comes up although it was
+/// started well is a matter of SpVoice's patience.
+void SsipEngine::connectionFailed()
+{
+    if (m_starter.arguments().isEmpty())
+        startService();
+    const bool startFailed = m_starter.state() == QProcess::NotRunning &&
+                             (m_starter.error() == QProcess::FailedToStart || m_starter.exitCode() != 0);
+    if (startFailed && --m_triesLeft == 0)
+        Q_EMIT failed(SpNotInstalled, QStringLiteral("The speech service cannot be started."));
+    else
+        QTimer::singleShot(retryPause, this, &SsipEngine::connectToService);
+}
+
+void SsipEngine::startService()
+{
+    m_starter.setStandardOutputFile(QProcess::nullDevice());
+    m_starter.setStandardErrorFile(QProcess::nullDevice());
+    m_starter.start(serviceCommand(),
+                    {QStringLiteral("--spawn"), QStringLiteral("--communication-method"),
+                     QStringLiteral("unix_socket"), QStringLiteral("--socket-path"), m_address});
+}
+
+void SsipEngine::greet()
+{
+    disconnect(&m_socket, &QLocalSocket::errorOccurred, this, nullptr);
+    demand("SET SELF CLIENT_NAME user:vellomir:main");
+    demand("SET SELF PRIORITY message");
+    demand("SET SELF NOTIFICATION ALL on");
+    demand("SET SELF PUNCTUATION none");
+    demand("LIST OUTPUT_MODULES", [this](const Reply &reply) { listVoices(reply.lines); });
+}
+
+void SsipEngine::listVoices(QList<QByteArray> modules)
+{
+    modules.removeAll("dummy");
+    if (modules.isEmpty()) {
+        Q_EMIT opened(m_voiceInfos);
+        return;
+    }
+    const QByteArray module = modules.takeFirst();
+    demand("SET SELF OUTPUT_MODULE " + module);
+    request("LIST SYNTHESIS_VOICES", [this, module, modules](const Reply &reply) {
+        if (!reply.isRefusal())
+            addVoices(module, reply.lines);
+        listVoices(modules);
+    });
+}
+
+/// A line is name, language and variant with tabs between them.
+void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &lines)
+{
+    for (const QByteArray &line : lines) {
+        const QList<QByteArray> fields = line.split('\t');
+        // espeak-ng lists each voice once more with every timbre: "English (America)+Annie".
+        if (fields.size() < 2 || fields[0].contains('+'))
+            continue;
+        m_voices.append({module, fields[0]});
+        m_voiceInfos.append({QString::fromUtf8(fields[0]), QString::fromUtf8(fields[1])});
+    }
+}
+
+// ---- Speaking
+// ------------------------------------------------------------------------------------------------
+
+void SsipEngine::speak(const SpText &text)
+{
+    const Voice &voice = m_voices.at(text.voice);
+    m_text.clear();
+    m_earlyEvents.clear();
+    demand("SET SELF OUTPUT_MODULE " + voice.module);
+    demand("SET SELF SYNTHESIS_VOICE " + voice.name);
+    demand("SET SELF RATE " + QByteArray::number(10 * text.rate));
+    demand("SPEAK", [this, data = dataLines(text.text)](const Reply &) {
+        // Ahead of everything that has been asked meanwhile: the service takes the next lines for the text.
+        m_commands.push_front(
+            {data, orFail([this](const Reply &reply) { textAccepted(reply.lines.first()); })});
+    });
+}
+
+void SsipEngine::ping()
+{
+    if (m_socket.state() == QLocalSocket::ConnectedState)
+        request("GET RATE", [this](const Reply &) { Q_EMIT alive(); });
+    else
+        Q_EMIT alive();
+}
+
+void SsipEngine::textAccepted(const QByteArray &name)
+{
+    m_text = name;
+    for (const Event &event : std::exchange(m_earlyEvents, {}))
+        report(event);
+}
+
+void SsipEngine::report(const Event &event)
+{
+    if (m_text.isEmpty())
+        m_earlyEvents.append(event);
+    if (event.text != m_text)
+        return;
+    constexpr int begin = 701;
+    constexpr int end = 702;
+    constexpr int cancelled = 703; // by a screen reader, say: the text is over
+    if (event.code == begin)
+        Q_EMIT begun();
+    else if (event.code == end || event.code == cancelled)
+        Q_EMIT ended();
+}
+
+// ---- The protocol
+// --------------------------------------------------------------------------------------------
+
+void SsipEngine::request(const QByteArray &line, Handler done)
+{
+    m_commands.push_back({line, std::move(done)});
+    sendNext();
+}
+
+/// A command without which nothing goes on: its refusal is a failure.
+void SsipEngine::demand(const QByteArray &line, Handler done)
+{
+    request(line, orFail(std::move(done)));
+}
+
+SsipEngine::Handler SsipEngine::orFail(Handler done)
+{
+    return [this, done = std::move(done)](const Reply &reply) {
+        if (reply.isRefusal())
+            Q_EMIT failed(reply.code, QString::fromUtf8(reply.lines.last()));
+        else if (done)
+            done(reply);
+    };
+}
+
+void SsipEngine::sendNext()
+{
+    if (m_done || m_commands.empty())
+        return;
+    m_socket.write(m_commands.front().line + "\r\n");
+    m_done = std::move(m_commands.front().done);
+    m_commands.pop_front();
+}
+
+/// A message is lines "123-text" and a last line "123 text".
+void SsipEngine::readLines()
+{
+    while (m_socket.canReadLine()) {
+        const QByteArray line = m_socket.readLine().trimmed();
+        m_lines.append(line.mid(4));
+        if (line.mid(3, 1) != "-")
+            take({line.left(3).toInt(), std::exchange(m_lines, {})});
+    }
+}
+
+/// What begins with a 7 is reported unasked; all else answers the command that is under way.
+void SsipEngine::take(const Reply &message)
+{
+    if (message.code / 100 == 7) {
+        report({message.code, message.lines.first()});
+    } else if (m_done) {
+        m_done(message);
+        m_done = {};
+        sendNext();
+    }
+}
+
+} // namespace platform
