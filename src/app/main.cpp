@@ -14,6 +14,7 @@ int main(int argc, char *argv[])
     std::optional<platform::QuietStart> start(std::in_place);
     platform::Application application(argc, argv);
     start.reset();
+    platform::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     platform::applyAppearance(application);
     modMain::Main();
     return platform::Application::exec();

@@ -12,6 +12,7 @@
 namespace modMain {
 
 QString SettingsPath;
+VoiceChoice Voice;
 
 namespace {
 
@@ -55,7 +56,8 @@ void SaveSettings(const frmMain &window)
 
 void Main()
 {
-    auto *window = new frmMain;
+    Voice = {};
+    auto *window = new frmMain(Voice);
     endWith(window);
 
     const QString folder = platform::settingsBaseFolder() + QDir::separator() + platform::executableName();

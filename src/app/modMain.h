@@ -1,5 +1,7 @@
 #pragma once
 
+#include "voice/voice_choice.h"
+
 #include <QString>
 
 class frmMain;
@@ -9,6 +11,9 @@ namespace modMain {
 
 /// The full path of the settings file, built once at start-up.
 extern QString SettingsPath;
+
+/// The voice and the speed of the spoken calls.
+extern VoiceChoice Voice;
 
 /// Makes the main window, finds the settings, draws the empty board and shows the window, which lives until
 /// the program ends.

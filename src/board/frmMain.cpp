@@ -6,6 +6,8 @@
 #include "platform/colors.h"
 #include "platform/controls.h"
 #include "platform/rich_text_box.h"
+#include "platform/sp_voice.h"
+#include "voice/frmVoices.h"
 #include "windows/frmBingo.h"
 
 #include <QMenuBar>
@@ -16,8 +18,9 @@
 
 using platform::control;
 
-frmMain::frmMain(QWidget *parent)
+frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
+    , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Vellomir"));
@@ -32,6 +35,8 @@ frmMain::frmMain(QWidget *parent)
     wire();
     Form_Load();
 }
+
+frmMain::~frmMain() = default;
 
 void frmMain::buildControls()
 {

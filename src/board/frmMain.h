@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/error.h"
+
 #include <QCheckBox>
 #include <QMainWindow>
 #include <QPointer>
@@ -7,10 +9,14 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <optional>
 
 class QAction;
 class QTimer;
 class frmBingo;
+class frmVoices;
+struct VoiceChoice;
 
 namespace patterns {
 class Grid;
@@ -23,6 +29,7 @@ class ColorButton;
 class ComboBox;
 class Label;
 class RichTextBox;
+class SpVoice;
 class TextBox;
 } // namespace platform
 
@@ -37,7 +44,9 @@ class frmMain : public QMainWindow
 
     // ---- board/frmMain.cpp: making the window ----------------------------------------------------
 public:
-    explicit frmMain(QWidget *parent = nullptr);
+    /// `voice` is what the voice options window chooses; it must outlive the window.
+    explicit frmMain(VoiceChoice &voice, QWidget *parent = nullptr);
+    ~frmMain() override;
 
 private:
     void buildControls();
@@ -175,6 +184,25 @@ private:
 
     int iAutoCallLeft = 0; // ticks to the next automatic draw
     QTimer *Timer2 = nullptr;
+
+    // ---- voice/frmMain_speech.cpp: announcing a call, and the choice of a voice ------------------
+private:
+    void createVoice();
+    void Speak(const QString &text);
+    void V_EndStream(int StreamNumber, const QVariant &StreamPosition);
+    void mnuSpeak_Click();
+
+    VoiceChoice &m_voiceChoice;
+    std::unique_ptr<platform::SpVoice> V; // null where no speech service is installed
+    int iSayCount = 0;                    // 2 while a follow-up is being spoken, else 1
+    QString sCallPhrase;                  // what is being said of the current call
+    QPointer<frmVoices> m_frmVoices;
+
+    // ---- app/frmMain_errors.cpp: reporting a failure ---------------------------------------------
+private:
+    void ReportError();
+
+    std::optional<platform::Error> m_pendingError;
 
     // ---- patterns/frmMain_card.cpp: the pattern card ---------------------------------------------
 public:

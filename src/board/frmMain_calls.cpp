@@ -3,6 +3,7 @@
 #include "platform/controls.h"
 #include "platform/message_box.h"
 #include "platform/rich_text_box.h"
+#include "voice/phrases.h"
 
 void frmMain::cButt_Click(int Index)
 {
@@ -34,6 +35,10 @@ void frmMain::callNumber(int n)
     RTB3->refresh();
     RTB4->refresh();
     cButt(n)->repaint();
+    if (chkMakeVoiceCall->isChecked()) {
+        sCallPhrase = voice::firstPhrase(n);
+        Speak(sCallPhrase);
+    }
 }
 
 void frmMain::showCount()

@@ -1,6 +1,7 @@
 #include "board/frmMain.h"
 
 #include "platform/controls.h"
+#include "platform/sp_voice.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -25,8 +26,9 @@ void frmMain::chkAutoCall_Click()
 
 void frmMain::Timer2_Timer()
 {
-    // The operator is answering a question: nothing is drawn behind it, and the countdown stands still.
-    if (QApplication::activeModalWidget())
+    // While the operator answers a question or hears a sample nothing is drawn, and the countdown stands
+    // still.
+    if (QApplication::activeModalWidget() || platform::SpVoice::isWaiting())
         return;
     --iAutoCallLeft;
     if (iAutoCallLeft < 1) {

@@ -3,6 +3,8 @@
 #include "platform/controls.h"
 #include "platform/numeric.h"
 #include "platform/rich_text_box.h"
+#include "platform/sp_voice.h"
+#include "voice/frmVoices.h"
 
 #include <QCloseEvent>
 #include <QScreen>
@@ -20,9 +22,17 @@ constexpr int enter = 13;
 
 void frmMain::Form_Load()
 {
-    const QRect screenArea = screen()->availableGeometry();
-    move(screenArea.center() - QPoint(width() / 2, height() / 2));
-    cboSec->setCurrentText(QStringLiteral("10"));
+    try {
+        const QRect screenArea = screen()->availableGeometry();
+        move(screenArea.center() - QPoint(width() / 2, height() / 2));
+        cboSec->setCurrentText(QStringLiteral("10"));
+        iSayCount = 1;
+        createVoice();
+    } catch (const platform::Error &error) {
+        m_pendingError = error;
+    }
+    if (m_pendingError)
+        ReportError();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -33,6 +43,7 @@ void frmMain::closeEvent(QCloseEvent *event)
 
 void frmMain::Form_Unload()
 {
+    delete m_frmVoices;
     Q_EMIT unloading();
 }
 

@@ -32,6 +32,7 @@ void frmMain::wire()
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
+    connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
 
     m_client->installEventFilter(this); // its size: Form_Resize

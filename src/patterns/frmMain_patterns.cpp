@@ -3,6 +3,7 @@
 #include "board/numbers.h"
 #include "patterns/catalogue.h"
 #include "platform/controls.h"
+#include "platform/sp_voice.h"
 
 #include <QAction>
 #include <QTimer>
@@ -30,6 +31,8 @@ void frmMain::cDemoButt_Click(int Index)
 
 void frmMain::Timer1_Timer()
 {
+    if (platform::SpVoice::isWaiting())
+        return;
     Timer1->setInterval(1500);
     if (iCurPattern == 0)
         return;

@@ -5,6 +5,7 @@
 #include "platform/units.h"
 
 #include <QListWidget>
+#include <QSlider>
 
 namespace platform {
 
@@ -42,6 +43,8 @@ QWidget *made(const DesignRow &row, QWidget *parent)
         return new ComboBox(parent);
     case Kind::ListBox:
         return new QListWidget(parent);
+    case Kind::Slider:
+        return new QSlider(Qt::Horizontal, parent);
     case Kind::Display: {
         auto *display = new RichTextBox(parent);
         display->setText(caption);

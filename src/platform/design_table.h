@@ -16,6 +16,7 @@ enum class Kind {
     EditableCombo,
     DropDownList,
     ListBox,
+    Slider,
     Display,
     Frame,
     ColorBox,

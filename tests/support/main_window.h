@@ -5,6 +5,9 @@
 #include "platform/colors.h"
 #include "platform/controls.h"
 #include "platform/rich_text_box.h"
+#include "platform/sp_voice.h"
+#include "support/fake_sp_engine.h"
+#include "voice/voice_choice.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -87,9 +90,18 @@ public:
         QCoreApplication::sendEvent(timer, &over);
     }
 
-    frmMain window;
+    FakeSpeech speech;
+    VoiceChoice voice;
+    frmMain window{withSpeech(), nullptr};
 
 private:
+    /// The window's voices speak through the stand-in for the speech service.
+    VoiceChoice &withSpeech()
+    {
+        platform::SpVoice::setSystemEngine(speech.factory());
+        return voice;
+    }
+
     static std::vector<int> numbersWhere(const std::function<bool(int)> &holds)
     {
         std::vector<int> found;

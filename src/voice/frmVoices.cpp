@@ -1,0 +1,98 @@
+#include "voice/frmVoices.h"
+
+#include "platform/design_table.h"
+#include "platform/message_box.h"
+#include "platform/sp_voice.h"
+#include "platform/units.h"
+#include "voice/voice_choice.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSlider>
+
+using platform::DesignRow;
+using platform::Kind;
+using platform::SpVoice;
+
+namespace {
+
+// clang-format off
+constexpr DesignRow design[] = {
+    // kind             name       caption         left   top  width height  tab
+    {Kind::ListBox,     "List1",   "",              210,  420,  5790,  2400,   0},
+    {Kind::Slider,      "Slider1", "",              210, 3150,  3375,   225,   1},
+    {Kind::Label,       "Label1",  "Select Voice",  210,  210,   900,   195,   2},
+    {Kind::Label,       "Label2",  "Select Speed",  210, 2940,   960,   195,   3},
+    {Kind::PushButton,  "cListen", "Listen",        315, 3570,  3165,   540,   4},
+    {Kind::PushButton,  "cSave",   "cSave",        3990, 3570,  2010,   540,   5},
+};
+// clang-format on
+
+constexpr int clientWidth = 6210;
+constexpr int clientHeight = 4545;
+
+} // namespace
+
+frmVoices::frmVoices(VoiceChoice &choice, QWidget *owner)
+    : QWidget(owner, Qt::Window)
+    , m_choice(choice)
+{
+    setObjectName(QStringLiteral("frmVoices"));
+    setWindowTitle(QStringLiteral("Form1"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    resize(platform::pixels(clientWidth, logicalDpiX()), platform::pixels(clientHeight, logicalDpiY()));
+    platform::buildDesign(design, this);
+
+    List1 = platform::control<QListWidget>(this, "List1");
+    List1->setAccessibleName(QStringLiteral("Select Voice"));
+    Slider1 = platform::control<QSlider>(this, "Slider1");
+    Slider1->setAccessibleName(QStringLiteral("Select Speed"));
+    Slider1->setRange(-10, 10);
+    Slider1->setPageStep(5);
+    connect(platform::control<QPushButton>(this, "cListen"), &QPushButton::clicked, this,
+            &frmVoices::cListen_Click);
+    connect(platform::control<QPushButton>(this, "cSave"), &QPushButton::clicked, this,
+            &frmVoices::cSave_Click);
+}
+
+frmVoices::~frmVoices() = default;
+
+void frmVoices::Form_Load()
+{
+    oVoice = std::make_unique<SpVoice>();
+    connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {
+        if (List1->count() == 0)
+            List1->addItems(oVoice->GetVoices());
+    });
+    connect(oVoice.get(), &SpVoice::VoicesUnknown, this, [this](int number, const QString &description) {
+        platform::reportError(this, {number, description});
+    });
+}
+
+void frmVoices::cListen_Click()
+{
+    if (!voiceSelected())
+        return;
+    oVoice->setVoice(List1->currentRow());
+    oVoice->setRate(Slider1->value());
+    oVoice->Speak(QStringLiteral("Bee 4, Oh 62, Eye 25"), SpVoice::SVSFDefault);
+}
+
+void frmVoices::cSave_Click()
+{
+    if (!voiceSelected())
+        return;
+    m_choice.VoiceIndex = QString::number(List1->currentRow());
+    m_choice.VoiceRate = Slider1->value();
+    close();
+}
+
+/// True when a voice is selected in the list; else says that one is wanted.
+bool frmVoices::voiceSelected()
+{
+    if (!List1->selectedItems().isEmpty())
+        return true;
+    platform::notice(this, QStringLiteral("Please select a voice from the list box."));
+    return false;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+class QListWidget;
+class QSlider;
+struct VoiceChoice;
+
+namespace platform {
+class SpVoice;
+} // namespace platform
+
+/// The window in which the operator chooses a voice and a speed, -10 to 10, for the spoken calls. It shows
+/// nothing of the choice in force, and changes it only when cSave is pressed.
+class frmVoices : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `choice` must outlive the window.
+    frmVoices(VoiceChoice &choice, QWidget *owner);
+    ~frmVoices() override;
+
+    /// Opens the speech service, which fills the list as soon as it answers. Throws platform::Error when none
+    /// is installed.
+    void Form_Load();
+
+private:
+    void cListen_Click();
+    void cSave_Click();
+    bool voiceSelected();
+
+    VoiceChoice &m_choice;
+    std::unique_ptr<platform::SpVoice> oVoice;
+    QListWidget *List1 = nullptr;
+    QSlider *Slider1 = nullptr;
+};
