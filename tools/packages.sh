@@ -1,0 +1,37 @@
+# The Debian packages that the scripts of this project need, one list a purpose. Sourced by tools/install;
+# a package is named here when a script or the build uses it itself, not when another one pulls it in.
+# shellcheck shell=bash disable=SC2034
+
+# To compile and link.
+packages_build=(
+    g++
+    cmake
+    ninja-build
+    qt6-base-dev
+    qt6-speech-dev
+    qt6-declarative-dev # qt6-speech-dev's CMake files ask for it
+)
+
+# What the running program wants beside the libraries that it is linked with.
+packages_run=(
+    fonts-liberation # faces with the widths of Courier New and MS Sans Serif
+)
+
+# A desktop without a screen, and hands and eyes for it: tests/support/desktop.py.
+packages_desktop=(
+    xvfb
+    openbox
+    xdotool
+    imagemagick
+    dbus-daemon
+    at-spi2-core
+    python3
+    python3-gi
+    gir1.2-atspi-2.0
+)
+
+# tools/format and tools/lint.
+packages_lint=(
+    clang-format
+    clang-tidy
+)
