@@ -15,6 +15,9 @@ packages_build=(
 # What the running program wants beside the libraries that it is linked with.
 packages_run=(
     fonts-liberation # faces with the widths of Courier New and MS Sans Serif
+    speech-dispatcher
+    speech-dispatcher-audio-plugins
+    speech-dispatcher-espeak-ng
 )
 
 # A desktop without a screen, and hands and eyes for it: tests/support/desktop.py.

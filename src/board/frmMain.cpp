@@ -18,12 +18,25 @@
 
 using platform::control;
 
+namespace {
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/vellomir-%1.png").arg(size));
+    return icon;
+}
+
+} // namespace
+
 frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Vellomir"));
+    setWindowIcon(programIcon());
     buildMenus();
     buildControls();
     buildPatternButtons();
