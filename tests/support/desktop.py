@@ -9,6 +9,7 @@ an eye would: by accessible names and by pictures of the screen.
 Places are screen pixels, as (x, y, width, height).
 """
 
+import contextlib
 import os
 import shutil
 import signal
@@ -131,7 +132,14 @@ class Desktop:
         rows = [raw[3 * width * row : 3 * width * (row + 1)] for row in range(height)]
         return [[tuple(row[i : i + 3]) for i in range(0, len(row), 3)] for row in rows]
 
+    def _end_speech_service(self):
+        """Speech Dispatcher is started by the library that asks for it, and would outlive the desktop."""
+        for file in self.home.glob("runtime/speech-dispatcher/pid/*.pid"):
+            with contextlib.suppress(OSError, ValueError):
+                os.kill(int(file.read_text()), signal.SIGTERM)
+
     def close(self):
+        self._end_speech_service()
         for child in reversed(self.children):
             if child.poll() is None:
                 os.killpg(child.pid, signal.SIGTERM)
