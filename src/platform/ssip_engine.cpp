@@ -179,7 +179,7 @@ void SsipEngine::speak(const SpText &text)
     demand("SPEAK", [this, data = dataLines(text.text)](const Reply &) {
         // Ahead of everything that has been asked meanwhile: the service takes the next lines for the text.
         m_commands.push_front(
-            {data, orFail([this](const Reply &reply) { textAccepted(reply.lines.first()); })});
+            {data, orFail([this](const Reply &reply) { textAccepted(reply.lines.value(0)); })});
     });
 }
 
@@ -232,7 +232,7 @@ SsipEngine::Handler SsipEngine::orFail(Handler done)
 {
     return [this, done = std::move(done)](const Reply &reply) {
         if (reply.isRefusal())
-            Q_EMIT failed(reply.code, QString::fromUtf8(reply.lines.last()));
+            Q_EMIT failed(reply.code, QString::fromUtf8(reply.text));
         else if (done)
             done(reply);
     };
@@ -252,9 +252,10 @@ void SsipEngine::readLines()
 {
     while (m_socket.canReadLine()) {
         const QByteArray line = m_socket.readLine().trimmed();
-        m_lines.append(line.mid(4));
-        if (line.mid(3, 1) != "-")
-            take({line.left(3).toInt(), std::exchange(m_lines, {})});
+        if (line.mid(3, 1) == "-")
+            m_lines.append(line.mid(4));
+        else
+            take({line.left(3).toInt(), std::exchange(m_lines, {}), line.mid(4)});
     }
 }
 
@@ -262,7 +263,7 @@ void SsipEngine::readLines()
 void SsipEngine::take(const Reply &message)
 {
     if (message.code / 100 == 7) {
-        report({message.code, message.lines.first()});
+        report({message.code, message.lines.value(0)});
     } else if (m_done) {
         m_done(message);
         m_done = {};

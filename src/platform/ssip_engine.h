@@ -30,7 +30,8 @@ private:
     struct Reply
     {
         int code = 0;
-        QList<QByteArray> lines; ///< without their codes
+        QList<QByteArray> lines; ///< without their codes, and without the last one
+        QByteArray text;         ///< of the last one
         bool isRefusal() const { return code >= 300; }
     };
     using Handler = std::function<void(const Reply &)>;

@@ -1,0 +1,99 @@
+#!/usr/bin/env python3
+"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD
+
+Listens on the unix socket SOCKET, prints "listening", then every line that a client sends. MOOD says what
+becomes of a text:
+  normal      begun and ended              early     both reported before the text's own answer
+  cancelled   cut off by another program   refused   not taken
+  silent      taken, then never a word of it, though other commands are answered
+  dropped     the connection is closed     stuck     from there on nothing is answered or read
+  novoices    there are no voices to begin with
+  mute        connections are taken and nothing is ever answered
+"""
+import socket
+import sys
+import threading
+
+VOICES = ["German\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
+          "French (France)\tfr-FR\tnone"]
+numbers = iter(range(1, 1_000_000))
+
+
+class Client:
+    def __init__(self, connection, mood):
+        self.connection = connection
+        self.mood = mood
+        self.lines = connection.makefile("r", encoding="utf-8", newline="\r\n")
+
+    def answer(self, code, text, *lines):
+        message = [f"{code}-{line}" for line in lines] + [f"{code} {text}"]
+        try:
+            self.connection.sendall("".join(line + "\r\n" for line in message).encode())
+        except OSError:
+            pass  # The client is gone, but what it said before can still be read.
+
+    def read(self):
+        line = self.lines.readline()
+        if not line:
+            return None
+        print(line.removesuffix("\r\n"), flush=True)
+        return line.removesuffix("\r\n")
+
+    def serve(self):
+        if self.mood == "mute":
+            threading.Event().wait()
+        while (line := self.read()) is not None:
+            command = line.upper()
+            if command == "SPEAK":
+                if not self.take_text():
+                    return
+            elif command == "LIST OUTPUT_MODULES":
+                self.answer(250, "OK MODULE LIST SENT", "dummy", "fake")
+            elif command.startswith("LIST SYNTHESIS_VOICES"):
+                self.answer(249, "OK VOICE LIST SENT", *([] if self.mood == "novoices" else VOICES))
+            elif command.startswith("GET"):
+                self.answer(251, "OK GET RETURNED", "fake" if "MODULE" in command else "0")
+            else:
+                self.answer(200, "OK")
+
+    def take_text(self):
+        if self.mood == "refused":
+            self.answer(402, "ERR NOT NOW")
+            return True
+        self.answer(230, "OK RECEIVING DATA")
+        while self.read() not in (".", None):
+            pass
+        if self.mood == "dropped":
+            self.connection.shutdown(socket.SHUT_RDWR)
+            return False
+        if self.mood == "stuck":
+            threading.Event().wait()
+        number = next(numbers)
+        accept = lambda: self.answer(225, "OK MESSAGE QUEUED", number)
+        if self.mood != "early":
+            accept()
+        if self.mood != "silent":
+            self.answer(701, "BEGIN", number, 1)
+            self.answer(*((703, "CANCELED") if self.mood == "cancelled" else (702, "END")), number, 1)
+        if self.mood == "early":
+            accept()
+        return True
+
+
+def serve(connection, mood):
+    with connection:
+        Client(connection, mood).serve()
+
+
+def main():
+    path, mood = sys.argv[1:]
+    with socket.socket(socket.AF_UNIX) as listener:
+        listener.bind(path)
+        listener.listen()
+        print("listening", flush=True)
+        while True:
+            connection, _ = listener.accept()
+            threading.Thread(target=serve, args=(connection, mood), daemon=True).start()
+
+
+main()
