@@ -1,0 +1,88 @@
+#!/bin/bash
+# What is really heard: the sound of the voice against the sound that another client of the same service makes of
+# the texts as they should be, bit for bit; then a service that is killed in mid-word, and one without sound.
+#   speech_sound.sh SPEECH_GAME
+# Needs speech-dispatcher with espeak-ng and its ALSA output; no sound card, session bus or display. Everything
+# happens in a private folder, and the sound goes into a file there, faster than it could be heard.
+set -u
+game=$1
+for program in speech-dispatcher spd-say python3; do
+    command -v "$program" >/dev/null || { echo "skipped: $program is not installed"; exit 77; }
+done
+
+work=$(mktemp -d)
+mkdir -p "$work/run" "$work/config/speech-dispatcher/modules"
+chmod 700 "$work/run"
+export XDG_RUNTIME_DIR=$work/run HOME=$work XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
+export LANG=C.UTF-8 PULSE_SERVER=unix:$work/no-pulse
+unset LC_ALL LANGUAGE DBUS_SESSION_BUS_ADDRESS DISPLAY WAYLAND_DISPLAY SPEECHD_ADDRESS SPEECHD_CMD
+socket=$work/run/speech-dispatcher/speechd.sock
+trap 'stop KILL; rm -rf "$work"' EXIT
+
+# configure AUDIO SOUND: the service that is started next speaks through AUDIO, alsa into the file SOUND.
+configure() {
+    cp /etc/speech-dispatcher/modules/espeak-ng.conf "$work/config/speech-dispatcher/modules/"
+    cat >"$work/config/speech-dispatcher/speechd.conf" <<CONF
+LogLevel 1
+AudioOutputMethod "$1"
+SymbolsPreproc "char"
+SymbolsPreprocFile "gender-neutral.dic"
+SymbolsPreprocFile "symbols.dic"
+AddModule "espeak-ng" "sd_espeak-ng" "espeak-ng.conf"
+DefaultModule espeak-ng
+CONF
+    cat >"$work/.asoundrc" <<CONF
+pcm.!default { type plug; slave { pcm "tofile"; format S16_LE; rate 22050; channels 1 } }
+pcm.tofile { type file; slave.pcm null; file "$2"; format raw }
+CONF
+}
+
+# Ends the service, if one runs, with a signal, and waits until it is gone.
+stop() {
+    local pid
+    pid=$(cat "$work/run/speech-dispatcher/pid/speech-dispatcher.pid" 2>/dev/null) || return 0
+    kill "-$1" "$pid" 2>/dev/null
+    while kill -0 "$pid" 2>/dev/null; do sleep 0.05; done
+}
+
+fail() { echo "FAIL: $*"; exit 1; }
+
+# expect COUNT LINE FILE: the line stands in the file so many times
+expect() { [ "$(grep -cx "$2" "$3")" = "$1" ] || { cat "$3"; fail "not $1 times \"$2\""; }; }
+
+# The texts as they should be, said independently of the program.
+texts() {
+    local n word
+    for n in $(seq 1 75); do
+        case $(((n - 1) / 15)) in 0) word=Bee ;; 1) word=Eye ;; 2) word=En ;; 3) word=Gee ;; 4) word=Oh ;; esac
+        echo "$word, $n"
+        if [ "$n" = 4 ]; then echo "And After"
+        elif [ "$n" -lt 10 ]; then echo "$word, $n"
+        else echo "$word, ${n:0:1} ,${n:1:1}"
+        fi
+    done
+}
+
+# ---- The sound of a game
+
+configure alsa "$work/expected.raw"
+speech-dispatcher --spawn --communication-method unix_socket --socket-path "$socket" 2>/dev/null || fail "no service"
+until grep -q "00010000 .*$socket" /proc/net/unix; do sleep 0.05; done
+texts | while read -r text; do spd-say -w -P message -y "English (America)" -- "$text"; done
+stop TERM
+
+for how in "" --at-once; do
+    configure alsa "$work/game$how.raw"
+    "$game" $how >"$work/game.log" || fail "speech_game $how"
+    expect 150 end "$work/game.log"
+    echo "game $how: $(tail -1 "$work/game.log") ms, $(stat -c %s "$work/game$how.raw") bytes of sound"
+    stop TERM
+    cmp "$work/expected.raw" "$work/game$how.raw" || fail "the sound differs"
+done
+python3 - "$work/expected.raw" <<'PYTHON' || fail "that was no speech"
+import array, sys
+samples = array.array("h", open(sys.argv[1], "rb").read())
+loud = sum(abs(sample) > 1000 for sample in samples)
+print(f"{len(samples) / 22050:.1f} s, {100 * loud / len(samples):.0f} % of it loud")
+sys.exit(not (len(samples) > 60 * 22050 and loud > len(samples) / 10))
+PYTHON
