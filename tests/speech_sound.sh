@@ -17,7 +17,7 @@ export XDG_RUNTIME_DIR=$work/run HOME=$work XDG_CONFIG_HOME=$work/config XDG_CAC
 export LANG=C.UTF-8 PULSE_SERVER=unix:$work/no-pulse
 unset LC_ALL LANGUAGE DBUS_SESSION_BUS_ADDRESS DISPLAY WAYLAND_DISPLAY SPEECHD_ADDRESS SPEECHD_CMD
 socket=$work/run/speech-dispatcher/speechd.sock
-trap 'stop KILL; rm -rf "$work"' EXIT
+trap 'kill $(jobs -p) 2>/dev/null; stop KILL; rm -rf "$work"' EXIT
 
 # configure AUDIO SOUND: the service that is started next speaks through AUDIO, alsa into the file SOUND.
 configure() {
@@ -86,3 +86,24 @@ loud = sum(abs(sample) > 1000 for sample in samples)
 print(f"{len(samples) / 22050:.1f} s, {100 * loud / len(samples):.0f} % of it loud")
 sys.exit(not (len(samples) > 60 * 22050 and loud > len(samples) / 10))
 PYTHON
+
+# ---- Killed in mid-word: that text fails at once, and the next one starts the service again
+
+configure alsa "$work/killed.raw"
+long=$(printf 'seventy-five, %.0s' $(seq 300))
+"$game" "$long" "And After" >"$work/killed.log" &
+player=$!
+until [ -s "$work/killed.raw" ]; do sleep 0.01; done
+stop KILL
+wait $player || fail "speech_game after the kill"
+expect 1 "failed 2" "$work/killed.log"
+expect 1 end "$work/killed.log"
+echo "killed: $(tail -1 "$work/killed.log") ms"
+stop TERM
+
+# ---- No sound server: every text fails, none hangs, and the program can be left
+
+configure pulse /dev/null
+timeout 30 "$game" --hasty "Gee, 48" "Gee, 4 ,8" >"$work/mute.log" || fail "speech_game without sound"
+expect 2 "failed 3" "$work/mute.log"
+echo "no sound: $(tail -1 "$work/mute.log") ms"

@@ -156,12 +156,12 @@ void SsipEngine::listVoices(QList<QByteArray> modules)
 void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &lines)
 {
     for (const QByteArray &line : lines) {
-        const QList<QByteArray> fields = line.split('\t');
         // espeak-ng lists each voice once more with every timbre: "English (America)+Annie".
-        if (fields.size() < 2 || fields[0].contains('+'))
+        if (line.contains('+'))
             continue;
+        const QList<QByteArray> fields = line.split('\t');
         m_voices.append({module, fields[0]});
-        m_voiceInfos.append({QString::fromUtf8(fields[0]), QString::fromUtf8(fields[1])});
+        m_voiceInfos.append({QString::fromUtf8(fields[0]), QString::fromUtf8(fields.value(1))});
     }
 }
 
@@ -247,16 +247,20 @@ void SsipEngine::sendNext()
     m_commands.pop_front();
 }
 
-/// A message is lines "123-text" and a last line "123 text".
+/// A message is lines "123-text" and a last line "123 text", with CR LF behind each. A list of voices can
+/// have many thousands.
 void SsipEngine::readLines()
 {
-    while (m_socket.canReadLine()) {
-        const QByteArray line = m_socket.readLine().trimmed();
+    m_received += m_socket.readAll();
+    qsizetype start = 0;
+    for (qsizetype end; (end = m_received.indexOf("\r\n", start)) >= 0; start = end + 2) {
+        const QByteArray line = m_received.mid(start, end - start);
         if (line.mid(3, 1) == "-")
             m_lines.append(line.mid(4));
         else
             take({line.left(3).toInt(), std::exchange(m_lines, {}), line.mid(4)});
     }
+    m_received.remove(0, start);
 }
 
 /// What begins with a 7 is reported unasked; all else answers the command that is under way.

@@ -73,6 +73,7 @@ private:
     int m_triesLeft;
     std::deque<Command> m_commands; ///< not sent yet
     Handler m_done;                 ///< of the command that is under way; empty when none is
+    QByteArray m_received;          ///< beyond the last whole line
     QList<QByteArray> m_lines;      ///< of a message from the service, as far as it has come
     QList<SpVoiceInfo> m_voiceInfos;
     QList<Voice> m_voices;
