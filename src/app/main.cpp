@@ -8,8 +8,7 @@
 int main(int argc, char *argv[])
 {
     platform::Application::setDesktopSettingsAware(false);
-    platform::Application::setApplicationName(QStringLiteral("vellomir"));
-    platform::Application::setApplicationDisplayName(QStringLiteral("Vellomir"));
+    platform::Application::setApplicationName(QStringLiteral("Vellomir"));
     platform::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
     std::optional<platform::QuietStart> start(std::in_place);
     platform::Application application(argc, argv);
