@@ -229,4 +229,13 @@ private:
     int iPatternFrame = 0;                       // what the next tick draws, from 1
     std::array<QPushButton *, 22> m_cDemoButt{}; // 1 to 21
     QTimer *Timer1 = nullptr;
+
+    // ---- windows/frmMain_windows.cpp: the windows beside this one --------------------------------
+private:
+    void mnuHelp_Click();
+    void mnuAbout_Click();
+    void closeWindows();
+
+    QPointer<QWidget> m_help; // null while closed
+    QPointer<QWidget> m_about;
 };

@@ -43,7 +43,7 @@ void frmMain::closeEvent(QCloseEvent *event)
 
 void frmMain::Form_Unload()
 {
-    delete m_frmVoices;
+    closeWindows();
     Q_EMIT unloading();
 }
 

@@ -34,6 +34,8 @@ void frmMain::wire()
 
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
+    connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
+    connect(mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
 
     m_client->installEventFilter(this); // its size: Form_Resize
 }

@@ -4,6 +4,7 @@
 #include "platform/rich_text_box.h"
 #include "platform/units.h"
 
+#include <QFrame>
 #include <QListWidget>
 #include <QSlider>
 
@@ -17,6 +18,13 @@ QWidget *made(const DesignRow &row, QWidget *parent)
     switch (row.kind) {
     case Kind::Label: {
         auto *label = new Label(parent);
+        label->setCaption(caption);
+        return label;
+    }
+    case Kind::CentredLabel: {
+        auto *label = new Label(parent);
+        label->setAlignment(Qt::AlignHCenter);
+        label->setMinimumWidth(placed(row, parent).width());
         label->setCaption(caption);
         return label;
     }
@@ -54,6 +62,11 @@ QWidget *made(const DesignRow &row, QWidget *parent)
         return new QWidget(parent);
     case Kind::ColorBox:
         return new ColorBox(parent);
+    case Kind::Line: {
+        auto *line = new QFrame(parent);
+        line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+        return line;
+    }
     }
     Q_UNREACHABLE();
 }
@@ -71,7 +84,7 @@ QWidget *buildControl(const DesignRow &row, QWidget *client)
     QWidget *widget = made(row, row.container ? control<QWidget>(client, row.container) : client);
     widget->setObjectName(QString::fromLatin1(row.name));
     const QRect place = placed(row, client);
-    if (row.kind == Kind::Label)
+    if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
         widget->move(place.topLeft());
     else
         widget->setGeometry(place);

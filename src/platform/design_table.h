@@ -9,6 +9,7 @@ namespace platform {
 
 enum class Kind {
     Label,
+    CentredLabel, // at least as wide as its design
     PushButton,
     ColorButton,
     CheckBox,
@@ -20,6 +21,7 @@ enum class Kind {
     Display,
     Frame,
     ColorBox,
+    Line, // a rule, from its top left across its width
 };
 
 /// One control. Places and sizes are twips, measured from the top left of the client area, or of `container`

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+/// Names the program, its version and its publisher, and leads to the publisher's web site. It closes itself
+/// for good: each showing is a window of its own.
+class frmAbout : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Stays above the window `owner`, which stays usable, and opens in the middle of its screen.
+    explicit frmAbout(QWidget *owner);
+
+private:
+    void buildControls();
+    void setCaptions();
+    void Form_Load();
+    void cOK_Click();
+    void cGoTo_Click();
+};
