@@ -18,9 +18,9 @@ std::optional<QString> decodedAs(QStringDecoder::Encoding encoding, const QByteA
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
-/// A text that was cut off may end within a character of UTF-8, whose first byte is 0xC0 or more and whose
-/// others are 0x80 to 0xBF. Takes such an end away.
-void dropHalfCharacter(QByteArray &bytes)
+/// A text that was cut off may end within a character of several bytes of UTF-8, of which the first is 0xC0
+/// or more and the others are 0x80 to 0xBF. Takes such a character away, whole or not.
+void dropLastWideCharacter(QByteArray &bytes)
 {
     const auto byteFromEnd = [&](qsizetype i) { return static_cast<uchar>(bytes[bytes.size() - 1 - i]); };
     qsizetype tail = 0;
@@ -54,7 +54,7 @@ std::optional<QString> readTextFile(const QString &path)
     if (bytes.size() <= longestText)
         return decodedText(bytes);
     bytes.truncate(longestText);
-    dropHalfCharacter(bytes);
+    dropLastWideCharacter(bytes);
     return decodedText(bytes) + QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
 }
 
