@@ -11,23 +11,12 @@ namespace platform {
 
 namespace {
 
+/// A character that is cut off at the end is no error.
 std::optional<QString> decodedAs(QStringDecoder::Encoding encoding, const QByteArray &bytes)
 {
     QStringDecoder decoder(encoding);
     const QString text = decoder(bytes);
     return decoder.hasError() ? std::nullopt : std::optional(text);
-}
-
-/// A text that was cut off may end within a character of several bytes of UTF-8, of which the first is 0xC0
-/// or more and the others are 0x80 to 0xBF. Takes such a character away, whole or not.
-void dropLastWideCharacter(QByteArray &bytes)
-{
-    const auto byteFromEnd = [&](qsizetype i) { return static_cast<uchar>(bytes[bytes.size() - 1 - i]); };
-    qsizetype tail = 0;
-    while (tail < 3 && tail < bytes.size() && (byteFromEnd(tail) & 0xC0) == 0x80)
-        ++tail;
-    if (tail < bytes.size() && byteFromEnd(tail) >= 0xC0)
-        bytes.chop(tail + 1);
 }
 
 } // namespace
@@ -54,7 +43,6 @@ std::optional<QString> readTextFile(const QString &path)
     if (bytes.size() <= longestText)
         return decodedText(bytes);
     bytes.truncate(longestText);
-    dropLastWideCharacter(bytes);
     return decodedText(bytes) + QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
 }
 
