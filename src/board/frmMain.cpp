@@ -84,6 +84,9 @@ void frmMain::buildControls()
         cboSec->addItem(QString::number(seconds));
     for (const auto &[name, spoken] : mainDesign::spokenNames())
         control<QWidget>(m_client, name)->setAccessibleName(QString::fromLatin1(spoken));
+    iFontSize->lineEdit()->setAccessibleName(iFontSize->accessibleName());
+    control<QLabel>(m_client, "Label4")->setBuddy(iFontSize);
+    control<QLabel>(m_client, "Label3")->setBuddy(cboSec);
     cPause->setEnabled(false);
     Text1->setSeeThrough(true);
     Text1->raise();

@@ -194,6 +194,16 @@ class Program:
         for i in range(accessible.get_child_count()):
             yield from self._walk(accessible.get_child_at_index(i))
 
+    def everything(self):
+        """All accessibles of the program, its windows first to last, each followed by what is in it."""
+        return list(self._walk(self._application()))
+
+    def windows(self):
+        """The accessibles of the program's windows that are on screen."""
+        application = self._application()
+        children = [application.get_child_at_index(i) for i in range(application.get_child_count())]
+        return [w for w in children if w.get_state_set().contains(Atspi.StateType.SHOWING)]
+
     def all(self, role):
         """All accessibles of a role, as "push button"."""
         return [found for found in self._walk(self._application()) if found.get_role_name() == role]
