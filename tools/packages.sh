@@ -38,3 +38,21 @@ packages_lint=(
     clang-format
     clang-tidy
 )
+
+# tests/tst_windows.cpp reads what was printed.
+packages_print=(
+    poppler-utils
+)
+
+# tests/package.sh: makes, checks and installs the Debian package.
+packages_package=(
+    dpkg-dev
+    gzip
+    lintian
+    desktop-file-utils
+    appstream
+    man-db
+    speech-dispatcher
+    speech-dispatcher-audio-plugins
+    speech-dispatcher-espeak-ng
+)
