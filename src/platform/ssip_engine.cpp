@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto retryPause = 50ms;
+constexpr int starterPatience = 1000; // milliseconds
 // A starter that fails may have met another one at work: this many more tries find out.
 constexpr int triesAfterFailedStart = 40;
 
@@ -83,6 +84,7 @@ SsipEngine::~SsipEngine()
 {
     m_socket.disconnect(this);
     m_starter.disconnect(this);
+    m_starter.waitForFinished(starterPatience); // killed half-way, it would leave half a service behind
     if (m_socket.state() == QLocalSocket::ConnectedState) {
         m_socket.write("CANCEL SELF\r\nQUIT\r\n");
         m_socket.flush();
