@@ -12,6 +12,7 @@ with Desktop() as desktop:
         print(f"main window after {time.monotonic() - start:.2f} s")
         program.key("alt", "Right", "Down", "Return")
         wait_until(lambda: program.text("Help text").startswith("VELLOMIR HELP"), "the help does not show")
+        wait_until(lambda: program.is_focused("Help text"), "the help did not come to the front")
         desktop.xdotool("search", "--onlyvisible", "--class", "^Vellomir$")  # as the desktop entry says
         ended = program.close()
         assert ended == (0, ""), f"exit code and standard error: {ended}"
