@@ -9,7 +9,7 @@
 namespace platform {
 
 /// No more of a file than this is read, in bytes.
-inline constexpr qsizetype longestText = 256 * 1024;
+inline constexpr qsizetype longestText = 262'144;
 
 /// The text that `bytes` hold: UTF-16 or UTF-8 where a byte order mark says so, the text of a rich-text file,
 /// UTF-8 where every byte fits, else the system's 8-bit code page, which away from Windows is Windows-1252.
