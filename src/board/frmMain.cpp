@@ -20,10 +20,11 @@ using platform::control;
 
 namespace {
 
+/// The sizes that a window shows. The larger ones are for the desktop, which has them installed.
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48, 128, 256})
+    for (const int size : {16, 32, 48})
         icon.addFile(QStringLiteral(":/icons/vellomir-%1.png").arg(size));
     return icon;
 }

@@ -244,7 +244,7 @@ void SpVoice::openEngine()
         engineFailed({number, description});
     });
     bePatientFor(m_patience.toOpen);
-    QTimer::singleShot(0, engine, &SpEngine::open);
+    QTimer::singleShot(m_patience.beforeOpening, engine, &SpEngine::open);
 }
 
 void SpVoice::engineOpened(const QList<SpVoiceInfo> &voices)
