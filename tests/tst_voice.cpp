@@ -233,12 +233,12 @@ void TestVoice::sampleHoldsTheTimers()
 {
     TalkingWindow w;
     w.speech.speaksByItself = false;
-    w.press("cDemoButt(1)");
     frmVoices *voices = w.openVoices();
     auto *installed = voices->findChild<QListWidget *>();
     QTRY_COMPARE(installed->count(), 3);
     installed->setCurrentRow(0);
     QTest::mouseClick(w.find<QCheckBox>(QStringLiteral("chkAutoCall")), Qt::LeftButton, {}, QPoint(6, 6));
+    w.press("cDemoButt(1)");
     QTimer::singleShot(50, &w.window, [&] {
         for (int i = 0; i < 5; ++i)
             MainWindow::fire(w.find<QTimer>(QStringLiteral("Timer2")));

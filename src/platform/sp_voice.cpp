@@ -67,7 +67,8 @@ struct SpVoice::Wait
 };
 
 SpVoice::SpVoice(QObject *parent)
-    : SpVoice(systemEngine(), {}, parent)
+    // A program's first window is painted before a service that has to be started competes with it.
+    : SpVoice(systemEngine(), {.beforeOpening = std::chrono::milliseconds(150)}, parent)
 {
 }
 

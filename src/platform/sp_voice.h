@@ -23,7 +23,7 @@ struct SpPatience
     std::chrono::milliseconds toBegin = std::chrono::seconds(60); ///< another program may be speaking
     std::chrono::milliseconds toEnd = std::chrono::seconds(20);
     std::chrono::milliseconds toEndPerCharacter = std::chrono::milliseconds(500);
-    std::chrono::milliseconds beforeOpening = std::chrono::milliseconds(150); ///< a window is painted first
+    std::chrono::milliseconds beforeOpening{}; ///< so long a service is left alone after a voice is made
 };
 
 /// A voice that speaks the texts handed to it one after the other, whatever the desktop's speech service does
