@@ -29,56 +29,6 @@ QStringList phrasesOfAGame()
     return phrases;
 }
 
-class Game
-{
-public:
-    Game(const SpPatience &patience, QStringList texts)
-        : m_voice([] { return std::make_unique<SsipEngine>(); }, patience)
-        , m_texts(std::move(texts))
-    {
-        QObject::connect(&m_voice, &SpVoice::EndStream, [this] { over(QStringLiteral("end")); });
-        QObject::connect(&m_voice, &SpVoice::Failed,
-                         [this](int number) { over(QStringLiteral("failed %1").arg(number)); });
-        QObject::connect(&m_turns, &QTimer::timeout,
-                         [this] { m_standstill = std::max(m_standstill, m_clock.restart()); });
-        m_clock.start();
-        m_turns.start(0ms);
-    }
-
-    void handOver()
-    {
-        ++m_handedOver;
-        m_voice.Speak(m_texts.takeFirst(), SpVoice::SVSFlagsAsync);
-    }
-
-    void handOverAll()
-    {
-        while (!m_texts.isEmpty())
-            handOver();
-    }
-
-private:
-    void over(const QString &how)
-    {
-        m_out << how << Qt::endl;
-        --m_handedOver;
-        if (!m_texts.isEmpty()) {
-            handOver();
-        } else if (m_handedOver == 0) {
-            m_out << "standstill " << m_standstill << Qt::endl;
-            QCoreApplication::quit();
-        }
-    }
-
-    SpVoice m_voice;
-    QStringList m_texts;
-    int m_handedOver = 0;
-    QTextStream m_out{stdout};
-    QTimer m_turns;
-    QElapsedTimer m_clock;
-    qint64 m_standstill = 0; ///< ms
-};
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -87,11 +37,38 @@ int main(int argc, char *argv[])
     QStringList texts = QCoreApplication::arguments().mid(1);
     const bool isAtOnce = texts.removeAll(QStringLiteral("--at-once")) > 0;
     const bool isHasty = texts.removeAll(QStringLiteral("--hasty")) > 0;
-    Game game(isHasty ? SpPatience{300ms, 5s, 3s, 3s, 0ms} : SpPatience(),
-              texts.isEmpty() ? phrasesOfAGame() : texts);
-    if (isAtOnce)
-        game.handOverAll();
-    else
-        game.handOver();
-    return QCoreApplication::exec();
+    if (texts.isEmpty())
+        texts = phrasesOfAGame();
+
+    QElapsedTimer clock;
+    qint64 standstill = 0; // ms
+    QTimer turns;
+    QObject::connect(&turns, &QTimer::timeout, [&] { standstill = std::max(standstill, clock.restart()); });
+    clock.start();
+    turns.start(0ms);
+
+    SpVoice voice([] { return std::make_unique<SsipEngine>(); },
+                  isHasty ? SpPatience{300ms, 5s, 3s, 3s, 0ms} : SpPatience());
+    int waiting = 0;
+    const auto handOver = [&] {
+        ++waiting;
+        voice.Speak(texts.takeFirst(), SpVoice::SVSFlagsAsync);
+    };
+    const auto over = [&](const QString &how) {
+        QTextStream(stdout) << how << Qt::endl;
+        --waiting;
+        if (!texts.isEmpty())
+            handOver();
+        else if (waiting == 0)
+            QCoreApplication::quit();
+    };
+    QObject::connect(&voice, &SpVoice::EndStream, [&] { over(QStringLiteral("end")); });
+    QObject::connect(&voice, &SpVoice::Failed,
+                     [&](int number) { over(QStringLiteral("failed %1").arg(number)); });
+    do
+        handOver();
+    while (isAtOnce && !texts.isEmpty());
+    const int result = QCoreApplication::exec();
+    QTextStream(stdout) << "standstill " << standstill << Qt::endl;
+    return result;
 }

@@ -187,26 +187,31 @@ void TestSpVoice::silence_data()
     QTest::newRow("hangs while it speaks") << true << true << false << failed << 2;
 }
 
+/// Twice: a service that is opened anew has all the patience again.
 void TestSpVoice::silence()
 {
     QFETCH(bool, opens);
     QFETCH(bool, begins);
     QFETCH(bool, isAlive);
+    QFETCH(QStringList, log);
     Bench bench;
     bench.service.speaksByItself = false;
     bench.service.opens = opens;
     bench.service.isAlive = isAlive;
-    bench.voice->Speak("Oh 62", async);
-    bench.voice->Speak("lost with it", async);
-    if (begins) {
-        QTRY_COMPARE(bench.service.texts(), QStringList("Oh 62"));
-        Q_EMIT bench.service.engine->begun();
+    for (int round = 1; round <= 2; ++round) {
+        bench.log.clear();
         bench.service.pings = 0;
+        bench.voice->Speak("Oh 62", async);
+        bench.voice->Speak("lost with it", async);
+        if (begins) {
+            QTRY_COMPARE(bench.service.spoken.size(), round);
+            Q_EMIT bench.service.engine->begun();
+            bench.service.pings = 0;
+        }
+        QTRY_COMPARE(bench.log, log);
+        QTEST(bench.service.pings, "pings");
+        QTRY_VERIFY(!bench.service.engine);
     }
-    QTRY_VERIFY(bench.log.join(u' ').contains("failed"));
-    QTEST(bench.log, "log");
-    QTEST(bench.service.pings, "pings");
-    QTRY_VERIFY(!bench.service.engine);
 }
 
 void TestSpVoice::idleServiceIsLeftAlone()

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void moods_data();
     void moods();
     void conversation();
+    void signOfLifeKeepsOutOfTheText();
     void startsTheService();
     void cannotStartTheService();
     void notInstalled_data();
@@ -139,6 +140,8 @@ void TestSpeechEngines::moods()
     QFETCH(bool, isQt);
     QFETCH(QString, mood);
     QFETCH(QStringList, log);
+    if (isQt && !QTextToSpeech::availableEngines().contains("speechd"))
+        QSKIP("Qt's plugin for speech-dispatcher is not installed");
     startService(mood);
     makeVoice(isQt ? makeQtEngine : makeSsipEngine);
     m_voice->Speak("Gee, 48", async);
@@ -166,34 +169,36 @@ void TestSpeechEngines::conversation()
     QCOMPARE(m_voice->GetVoices(), QStringList({"German", "English (America)", "French (France)"}));
     m_voice.reset();
     QTRY_VERIFY(received().contains("QUIT"));
-    const char *expected[] = {"listening",
-                              "SET SELF CLIENT_NAME user:vellomir:main",
-                              "SET SELF PRIORITY message",
-                              "SET SELF NOTIFICATION ALL on",
-                              "SET SELF PUNCTUATION none",
-                              "LIST OUTPUT_MODULES",
-                              "SET SELF OUTPUT_MODULE fake",
-                              "LIST SYNTHESIS_VOICES",
-                              "SET SELF OUTPUT_MODULE fake",
-                              "SET SELF SYNTHESIS_VOICE English (America)",
-                              "SET SELF RATE 0",
-                              "SPEAK",
-                              "Gee, 48",
-                              ".",
-                              "SET SELF OUTPUT_MODULE fake",
-                              "SET SELF SYNTHESIS_VOICE French (France)",
-                              "SET SELF RATE -70",
-                              "SPEAK",
-                              "..5",
-                              "l\u00e4 ",
-                              "..",
-                              ".",
-                              "CANCEL SELF",
-                              "QUIT"};
-    QStringList lines;
-    for (const char *line : expected)
-        lines += QString::fromUtf8(line);
-    QCOMPARE(received().mid(0, lines.size()), lines);
+    const QStringList expected = QStringLiteral("listening|SET SELF CLIENT_NAME user:vellomir:main|"
+                                                "SET SELF PRIORITY message|SET SELF NOTIFICATION ALL on|"
+                                                "SET SELF PUNCTUATION none|LIST OUTPUT_MODULES|"
+                                                "SET SELF OUTPUT_MODULE fake|LIST SYNTHESIS_VOICES|"
+                                                "SET SELF OUTPUT_MODULE fake|"
+                                                "SET SELF SYNTHESIS_VOICE English (America)|"
+                                                "SET SELF RATE 0|SPEAK|Gee, 48|.|"
+                                                "SET SELF OUTPUT_MODULE fake|"
+                                                "SET SELF SYNTHESIS_VOICE French (France)|"
+                                                "SET SELF RATE -70|SPEAK|..5|l\u00e4 |..|.|CANCEL SELF|QUIT|")
+                                     .split(u'|');
+    QStringList lines = received();
+    lines.removeAll("GET RATE"); // a sign of life, asked for when the machine is slow
+    QCOMPARE(lines, expected);
+}
+
+/// Asked for while the service is about to take the text's lines.
+void TestSpeechEngines::signOfLifeKeepsOutOfTheText()
+{
+    startService("normal");
+    SsipEngine engine;
+    connect(&engine, &SpEngine::opened, this, [&] {
+        engine.speak({QStringLiteral("Bee, 7"), 0, 0});
+        engine.ping();
+    });
+    connect(&engine, &SpEngine::ended, this, [this] { m_log += "end"; });
+    connect(&engine, &SpEngine::alive, this, [this] { m_log += "alive"; });
+    engine.open();
+    QTRY_COMPARE(m_log, QStringList({"end", "alive"}));
+    QTRY_VERIFY(received().join(u'|').contains("|SPEAK|Bee, 7|.|GET RATE|"));
 }
 
 /// The command to start the service with comes up with one that daemonizes, as the real one does.

@@ -39,6 +39,11 @@ packages_lint=(
     clang-tidy
 )
 
+# tests/tst_speech_engines.cpp: Qt's engine speaks through its plugin.
+packages_speech=(
+    qt6-speech-speechd-plugin
+)
+
 # tests/tst_windows.cpp reads what was printed.
 packages_print=(
     poppler-utils

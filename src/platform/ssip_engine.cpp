@@ -28,7 +28,7 @@ QString socketPath()
     if (!address.isEmpty() && address.section(u':', 0, 0) != scheme)
         throw Error(SpNotInstalled,
                     QStringLiteral("Speech service at an unknown kind of address: ") + address);
-    const QString path = address.section(u':', 1);
+    QString path = address.section(u':', 1);
     if (!path.isEmpty())
         return path;
     QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
