@@ -36,6 +36,7 @@ private Q_SLOTS:
     void uncallAsksFirst();
     void recallsCountAgain();
     void entryKeys();
+    void heldKeysActOnce();
     void entrySurvivesWhatIsPasted();
     void drawsTheWholeBoard();
     void fontSizes_data();
@@ -332,6 +333,26 @@ void TestBoard::entryKeys()
     QTest::keyClick(w.entry(), Qt::Key_R, Qt::ControlModifier);
     QTest::keyClick(w.entry(), Qt::Key_R, Qt::AltModifier);
     QCOMPARE(w.calledButtons().size(), 4U);
+}
+
+void TestBoard::heldKeysActOnce()
+{
+    const MainWindow w;
+    const auto hold = [](QWidget *widget, Qt::Key key, const QString &text) {
+        QKeyEvent first(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QApplication::sendEvent(widget, &first);
+        for (int i = 0; i < 5; ++i) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, text, true);
+            QApplication::sendEvent(widget, &again);
+        }
+    };
+    hold(w.entry(), Qt::Key_R, QStringLiteral("r"));
+    QCOMPARE(w.calledButtons().size(), 1U);
+    QVERIFY(w.entry()->text().isEmpty());
+    hold(w.entry(), Qt::Key_7, QStringLiteral("7"));
+    QCOMPARE(w.entry()->text(), QStringLiteral("777777"));
+    hold(w.button("cRandNum"), Qt::Key_Return, QStringLiteral("\r"));
+    QCOMPARE(w.calledButtons().size(), 2U);
 }
 
 void TestBoard::entrySurvivesWhatIsPasted()

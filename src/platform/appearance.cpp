@@ -3,6 +3,7 @@
 #include "platform/colors.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleFactory>
@@ -33,6 +34,8 @@ public:
         switch (hint) {
         case SH_DialogButtonBox_ButtonsHaveIcons:
             return 0;
+        case SH_DialogButtonLayout:
+            return QDialogButtonBox::WinLayout; // Yes before No
         case SH_UnderlineShortcut:
             return 1;
         default:

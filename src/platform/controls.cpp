@@ -45,11 +45,24 @@ void Label::setCaption(const QString &caption)
     adjustSize();
 }
 
-ColorButton::ColorButton(QWidget *parent)
+PushButton::PushButton(QWidget *parent)
     : QPushButton(parent)
-    , m_backColor(colors::buttonFace)
 {
     setAutoDefault(true);
+}
+
+void PushButton::keyPressEvent(QKeyEvent *event)
+{
+    if (event->isAutoRepeat() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        event->accept();
+    else
+        QPushButton::keyPressEvent(event);
+}
+
+ColorButton::ColorButton(QWidget *parent)
+    : PushButton(parent)
+    , m_backColor(colors::buttonFace)
+{
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -132,13 +145,20 @@ bool TextBox::swallowed(QChar character)
 
 void TextBox::keyPressEvent(QKeyEvent *event)
 {
+    if (event->isAutoRepeat() && event->key() == m_swallowedKey) {
+        event->accept();
+        return;
+    }
     const bool isCharacter =
         event->text().size() == 1 &&
         !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier));
-    if (isCharacter && swallowed(event->text().front()))
+    m_swallowedKey = 0;
+    if (isCharacter && swallowed(event->text().front())) {
+        m_swallowedKey = event->key();
         event->accept();
-    else
+    } else {
         QLineEdit::keyPressEvent(event);
+    }
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent *event)

@@ -20,8 +20,20 @@ public:
     QString caption() const { return text(); }
 };
 
-/// A push button with a back colour of its own, which shows exactly. Enter presses it as Space does.
-class ColorButton : public QPushButton
+/// A push button that Enter presses as Space does. A key that is held presses it once.
+class PushButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    explicit PushButton(QWidget *parent = nullptr);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+/// A push button with a back colour of its own, which shows exactly.
+class ColorButton : public PushButton
 {
     Q_OBJECT
 
@@ -78,6 +90,7 @@ private:
     bool swallowed(QChar character);
 
     bool m_seeThrough = false;
+    int m_swallowedKey = 0; // the last key pressed, when it was swallowed
 };
 
 /// A combo box that the mouse wheel changes only while it has the focus.

@@ -29,8 +29,8 @@ QWidget *made(const DesignRow &row, QWidget *parent)
         return label;
     }
     case Kind::PushButton: {
-        auto *button = new QPushButton(caption, parent);
-        button->setAutoDefault(true);
+        auto *button = new PushButton(parent);
+        button->setText(caption);
         return button;
     }
     case Kind::ColorButton: {
