@@ -32,6 +32,9 @@ public:
 
 int main(int argc, char *argv[])
 {
+#ifndef BARE
+    QApplication::setDesktopSettingsAware(false);
+#endif
     QApplication application(argc, argv);
     EndAtFirstPaint end;
     application.installEventFilter(&end);

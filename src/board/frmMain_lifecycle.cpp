@@ -23,8 +23,9 @@ constexpr int enter = 13;
 void frmMain::Form_Load()
 {
     try {
-        const QRect screenArea = screen()->availableGeometry();
-        move(screenArea.center() - QPoint(width() / 2, height() / 2));
+        const QRect area = screen()->availableGeometry();
+        const QPoint centred = area.center() - QPoint(width() / 2, height() / 2);
+        move(std::max(centred.x(), area.x()), std::max(centred.y(), area.y()));
         cboSec->setCurrentText(QStringLiteral("10"));
         iSayCount = 1;
         createVoice();
