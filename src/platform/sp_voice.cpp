@@ -28,7 +28,7 @@ SpEngineFactory &systemEngine()
     return factory;
 }
 
-/// The part of "en-US" or "en_US" that names the language.
+/// What names the language in "en-US" or "en_US".
 QString languageOf(const QString &tag)
 {
     return tag.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
