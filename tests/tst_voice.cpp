@@ -262,6 +262,7 @@ void TestVoice::voicesWindowWithoutService()
     QCOMPARE(ok.title, QStringLiteral("Run-Time Error"));
     auto *voices = w.window.findChild<frmVoices *>();
     QVERIFY(voices && voices->isVisible());
+    QCOMPARE(ok.owner.data(), voices); // over another window it would bring that one to the front
     QTest::mouseClick(voices->findChild<QPushButton *>(QStringLiteral("cListen")), Qt::LeftButton);
     QCOMPARE(ok.shown, 2);
     QVERIFY(voices->close());

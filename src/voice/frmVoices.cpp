@@ -1,6 +1,7 @@
 #include "voice/frmVoices.h"
 
 #include "platform/design_table.h"
+#include "platform/error.h"
 #include "platform/message_box.h"
 #include "platform/sp_voice.h"
 #include "platform/units.h"
@@ -60,7 +61,12 @@ frmVoices::~frmVoices() = default;
 
 void frmVoices::Form_Load()
 {
-    oVoice = std::make_unique<SpVoice>();
+    try {
+        oVoice = std::make_unique<SpVoice>();
+    } catch (const platform::Error &error) {
+        platform::reportError(this, error);
+        return;
+    }
     connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {
         if (List1->count() == 0)
             List1->addItems(oVoice->GetVoices());

@@ -23,8 +23,8 @@ public:
     frmVoices(VoiceChoice &choice, QWidget *owner);
     ~frmVoices() override;
 
-    /// Opens the speech service, which fills the list as soon as it answers. Throws platform::Error when none
-    /// is installed.
+    /// Opens the speech service, which fills the list as soon as it answers. Says so over the window when
+    /// there is none or it fails.
     void Form_Load();
 
 private:

@@ -127,6 +127,7 @@ public:
             ++shown;
             text = box->text();
             title = box->windowTitle();
+            owner = box->parentWidget();
             buttons = box->standardButtons();
             QTest::mouseClick(box->button(answer), Qt::LeftButton);
         });
@@ -136,6 +137,7 @@ public:
     int shown = 0;
     QString text;
     QString title;
+    QPointer<QWidget> owner;
     QMessageBox::StandardButtons buttons;
 
 private:
