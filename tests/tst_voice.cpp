@@ -243,6 +243,7 @@ void TestVoice::sampleHoldsTheTimers()
         for (int i = 0; i < 5; ++i)
             MainWindow::fire(w.find<QTimer>(QStringLiteral("Timer2")));
         MainWindow::fire(w.find<QTimer>(QStringLiteral("Timer1")));
+        QTest::mouseClick(w.find<QWidget>(QStringLiteral("cButt(7)")), Qt::LeftButton);
         w.end();
     });
     QTest::mouseClick(voices->findChild<QPushButton *>(QStringLiteral("cListen")), Qt::LeftButton);

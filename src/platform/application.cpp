@@ -2,6 +2,7 @@
 
 #include "platform/error.h"
 #include "platform/message_box.h"
+#include "platform/sp_voice.h"
 
 namespace platform {
 
@@ -14,10 +15,36 @@ void report(const Error &error)
     reportError(QApplication::activeWindow(), error);
 }
 
+/// What a user does with keys, mouse, pen or fingers inside a window. Closing a window is not among it.
+bool isInput(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TabletPress:
+    case QEvent::TabletRelease:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 bool Application::notify(QObject *receiver, QEvent *event)
 {
+    if (SpVoice::isWaiting() && isInput(*event) && !activeModalWidget())
+        return true;
     try {
         return QApplication::notify(receiver, event);
     } catch (const Error &error) {

@@ -150,7 +150,7 @@ void SpVoice::waitForLast()
     m_streams.back().wait = &wait;
     const QPointer<SpVoice> self(this);
     ++s_waiting;
-    wait.loop.exec(QEventLoop::ExcludeUserInputEvents);
+    wait.loop.exec();
     --s_waiting;
     if (self) { // The loop also ends when the program does, with the text still in the queue.
         for (Stream &stream : m_streams) {

@@ -74,8 +74,8 @@ public:
     int alertBoundary() const { return m_alertBoundary; }
 
     /// Queues `text` and returns the number of its stream, 1 or more. Without SVSFlagsAsync it then runs an
-    /// event loop, in which what the user types and clicks is kept for later, until the text has been spoken;
-    /// throws Error when it could not be.
+    /// event loop until the text has been spoken; throws Error when it could not be. What the user types and
+    /// clicks meanwhile is the application's matter: see isWaiting.
     int Speak(const QString &text, int flags);
 
 Q_SIGNALS:
