@@ -271,6 +271,12 @@ void TestBoard::pastNumbers()
     QCOMPARE(w.display("RTB4")->text(), QStringLiteral("O61 N44 B7  B12 "));
     w.press(75);
     QCOMPARE(w.display("RTB4")->text(), QStringLiteral("N33 O61 N44 B7  "));
+    w.press(2);
+    for (const char *name : {"RTB1", "RTB3", "RTB5"}) { // a short label stands in the middle, too
+        const QTextLine line = w.display(name)->document()->begin().layout()->lineAt(0);
+        const double middle = line.naturalTextRect().center().x();
+        QVERIFY2(qAbs(middle - w.display(name)->viewport()->width() / 2.0) <= 1.0, name);
+    }
 }
 
 void TestBoard::uncallAsksFirst()

@@ -145,8 +145,9 @@ void frmMain::setDesignFonts()
     }
     RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    RTB2->setLineWrapMode(QTextEdit::NoWrap); // a board that is too wide scrolls
     RTB1->followScrolling(RTB2);
-    RTB4->setLineWrapMode(QTextEdit::WidgetWidth);
+    RTB4->setWordWrapMode(QTextOption::WordWrap);
 }
 
 void frmMain::setTabOrderOfDesign()

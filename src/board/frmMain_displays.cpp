@@ -69,6 +69,7 @@ void frmMain::editLastPress(int iButt)
     RTB3->setText(board::currentLabel(iButt));
     RTB3->setAlignment(RTB3->all(), Qt::AlignHCenter);
     RTB3->setColor(RTB3->all(), colors::red);
+    RTB3->showStart();
 
     std::copy_backward(iLastCalls.begin() + 1, iLastCalls.end() - 1, iLastCalls.end());
     iLastCalls[1] = static_cast<std::int16_t>(iButt);

@@ -28,6 +28,22 @@ public:
         return indicator ? 13 : QProxyStyle::pixelMetric(metric, option, widget);
     }
 
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                         const QWidget *widget) const override
+    {
+        QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+        if (control != CC_ComboBox)
+            return rect;
+        // The combo boxes of the design are narrow: a slimmer arrow leaves room for four characters.
+        const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
+        const int saved = arrow.width() / 3;
+        if (part == SC_ComboBoxArrow)
+            rect.setLeft(rect.left() + saved);
+        else if (part == SC_ComboBoxEditField)
+            rect.setRight(rect.right() + saved);
+        return rect;
+    }
+
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *data) const override
     {

@@ -23,7 +23,8 @@ RichTextBox::RichTextBox(QWidget *parent)
     setUndoRedoEnabled(false);
     setCursorWidth(0);
     viewport()->setCursor(Qt::ArrowCursor);
-    setLineWrapMode(QTextEdit::NoWrap);
+    setLineWrapMode(QTextEdit::WidgetWidth); // which is what centred text is centred in
+    setWordWrapMode(QTextOption::NoWrap);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(0);
