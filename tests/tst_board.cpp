@@ -423,6 +423,12 @@ void TestBoard::fontSizes()
     QTEST(font->currentText(), "shown");
     QTEST(w.display("RTB2")->fontSizeAt(0), "drawn");
     QTEST(w.display("RTB1")->fontSizeAt(0), "drawn");
+    font->setEditText(QStringLiteral("20"));
+    QTest::keyClick(font->lineEdit(), Qt::Key_Return);
+    const auto *letters =
+        w.display("RTB1"); // no trace is left of letters that were narrowed for a large size
+    QCOMPARE(letters->document()->begin().layout()->lineAt(0).naturalTextWidth(),
+             QFontMetricsF(letters->font(), letters).horizontalAdvance(u'B'));
     QCOMPARE(w.redNumbers(), Numbers({40}));
     QVERIFY(w.entryHasFocus());
 

@@ -32,6 +32,12 @@ RichTextBox::RichTextBox(QWidget *parent)
 
 void RichTextBox::setText(const QString &text)
 {
+    // New text takes the format of the place that it is put into, so that place is made plain first.
+    setPlainText({});
+    QTextCursor start(document());
+    start.setBlockFormat({});
+    start.setBlockCharFormat({});
+    setTextCursor(start);
     setPlainText(text);
 }
 
