@@ -136,7 +136,9 @@ class Desktop:
         """Speech Dispatcher is started by the library that asks for it, and would outlive the desktop."""
         for file in self.home.glob("runtime/speech-dispatcher/pid/*.pid"):
             with contextlib.suppress(OSError, ValueError):
-                os.kill(int(file.read_text()), signal.SIGTERM)
+                service = int(file.read_text())
+                os.kill(service, signal.SIGTERM)
+                os.kill(service, signal.SIGCONT)  # a test may have stopped it
 
     def close(self):
         self._end_speech_service()
