@@ -2,12 +2,19 @@
 
 #include "platform/error.h"
 
+#include <QFile>
 #include <QStandardPaths>
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <utility>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -44,11 +51,26 @@ QString serviceCommand()
         qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
 }
 
+/// A socket that is connected to the service; -1 when nobody answers. Nothing that is done with it waits.
+int connectedSocket(const QString &address)
+{
+    const QByteArray path = QFile::encodeName(address);
+    sockaddr_un name{};
+    name.sun_family = AF_UNIX;
+    if (path.size() >= static_cast<qsizetype>(sizeof name.sun_path))
+        return -1;
+    std::copy(path.begin(), path.end(), name.sun_path);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (::connect(socket, reinterpret_cast<const sockaddr *>(&name), sizeof name) == 0)
+        return socket;
+    ::close(socket);
+    return -1;
+}
+
 bool somebodyAnswers(const QString &address)
 {
-    QLocalSocket socket;
-    socket.connectToServer(address);
-    return socket.state() == QLocalSocket::ConnectedState;
+    const int socket = connectedSocket(address);
+    return socket >= 0 && ::close(socket) == 0;
 }
 
 /// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
@@ -61,11 +83,6 @@ QByteArray dataLines(const QString &text)
     return data + '.';
 }
 
-QString lostDescription()
-{
-    return QStringLiteral("The speech service was lost.");
-}
-
 } // namespace
 
 SsipEngine::SsipEngine()
@@ -74,20 +91,16 @@ SsipEngine::SsipEngine()
 {
     if (serviceCommand().isEmpty() && !somebodyAnswers(m_address))
         throw Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
-    connect(&m_socket, &QLocalSocket::connected, this, &SsipEngine::greet);
-    connect(&m_socket, &QLocalSocket::readyRead, this, &SsipEngine::readLines);
-    connect(&m_socket, &QLocalSocket::disconnected, this,
-            [this] { Q_EMIT failed(SpLost, lostDescription()); });
+    connect(&m_incoming, &QSocketNotifier::activated, this, &SsipEngine::receive);
 }
 
 SsipEngine::~SsipEngine()
 {
-    m_socket.disconnect(this);
-    m_starter.disconnect(this);
     m_starter.waitForFinished(starterPatience); // killed half-way, it would leave half a service behind
-    if (m_socket.state() == QLocalSocket::ConnectedState) {
-        m_socket.write("CANCEL SELF\r\nQUIT\r\n");
-        m_socket.flush();
+    if (m_socket >= 0) {
+        m_incoming.setEnabled(false);
+        send("CANCEL SELF\r\nQUIT\r\n");
+        ::close(m_socket);
     }
 }
 
@@ -96,13 +109,14 @@ SsipEngine::~SsipEngine()
 
 void SsipEngine::open()
 {
-    connect(&m_socket, &QLocalSocket::errorOccurred, this, &SsipEngine::connectionFailed);
-    connectToService();
-}
-
-void SsipEngine::connectToService()
-{
-    m_socket.connectToServer(m_address);
+    m_socket = connectedSocket(m_address);
+    if (m_socket < 0) {
+        connectionFailed();
+        return;
+    }
+    m_incoming.setSocket(m_socket);
+    m_incoming.setEnabled(true);
+    greet();
 }
 
 /// Nobody answers: starts the service, once, and tries again. A service that never comes up although it was
@@ -116,7 +130,7 @@ void SsipEngine::connectionFailed()
     if (startFailed && --m_triesLeft == 0)
         Q_EMIT failed(SpNotInstalled, QStringLiteral("The speech service cannot be started."));
     else
-        QTimer::singleShot(retryPause, this, &SsipEngine::connectToService);
+        QTimer::singleShot(retryPause, this, &SsipEngine::open);
 }
 
 void SsipEngine::startService()
@@ -130,7 +144,6 @@ void SsipEngine::startService()
 
 void SsipEngine::greet()
 {
-    disconnect(&m_socket, &QLocalSocket::errorOccurred, this, nullptr);
     demand("SET SELF CLIENT_NAME user:vellomir:main");
     demand("SET SELF PRIORITY message");
     demand("SET SELF NOTIFICATION ALL on");
@@ -187,7 +200,7 @@ void SsipEngine::speak(const SpText &text)
 
 void SsipEngine::ping()
 {
-    if (m_socket.state() == QLocalSocket::ConnectedState)
+    if (m_socket >= 0)
         request("GET RATE", [this](const Reply &) { Q_EMIT alive(); });
     else
         Q_EMIT alive();
@@ -244,16 +257,34 @@ void SsipEngine::sendNext()
 {
     if (m_done || m_commands.empty())
         return;
-    m_socket.write(m_commands.front().line + "\r\n");
+    send(m_commands.front().line + "\r\n");
     m_done = std::move(m_commands.front().done);
     m_commands.pop_front();
+}
+
+/// What a service that is gone or hangs does not take is not sent: receive() or SpVoice's patience notice.
+void SsipEngine::send(const QByteArray &data)
+{
+    ::send(m_socket, data.data(), static_cast<std::size_t>(data.size()), MSG_NOSIGNAL);
+}
+
+void SsipEngine::receive()
+{
+    std::array<char, 65536> data;
+    const ssize_t size = ::recv(m_socket, data.data(), data.size(), 0);
+    if (size > 0) {
+        m_received.append(data.data(), size);
+        readLines();
+    } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+        m_incoming.setEnabled(false);
+        Q_EMIT failed(SpLost, QStringLiteral("The speech service was lost."));
+    }
 }
 
 /// A message is lines "123-text" and a last line "123 text", with CR LF behind each. A list of voices can
 /// have many thousands.
 void SsipEngine::readLines()
 {
-    m_received += m_socket.readAll();
     qsizetype start = 0;
     for (qsizetype end; (end = m_received.indexOf("\r\n", start)) >= 0; start = end + 2) {
         const QByteArray line = m_received.mid(start, end - start);

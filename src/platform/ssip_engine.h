@@ -3,8 +3,8 @@
 #include "platform/sp_engine.h"
 
 #include <QByteArray>
-#include <QLocalSocket>
 #include <QProcess>
+#include <QSocketNotifier>
 
 #include <deque>
 
@@ -51,7 +51,6 @@ private:
         QByteArray name;
     };
 
-    void connectToService();
     void connectionFailed();
     void startService();
     void greet();
@@ -62,13 +61,16 @@ private:
     void demand(const QByteArray &line, Handler done = {});
     Handler orFail(Handler done);
     void sendNext();
+    void send(const QByteArray &data);
+    void receive();
     void readLines();
     void take(const Reply &message);
     void textAccepted(const QByteArray &name);
     void report(const Event &event);
 
     QString m_address;
-    QLocalSocket m_socket;
+    int m_socket = -1; ///< connected to the service, or -1
+    QSocketNotifier m_incoming{QSocketNotifier::Read};
     QProcess m_starter;
     int m_triesLeft;
     std::deque<Command> m_commands; ///< not sent yet
