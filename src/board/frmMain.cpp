@@ -10,6 +10,7 @@
 #include "voice/frmVoices.h"
 #include "windows/frmBingo.h"
 
+#include <QImageReader>
 #include <QMenuBar>
 #include <QTimer>
 
@@ -24,8 +25,11 @@ namespace {
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48})
-        icon.addFile(QStringLiteral(":/icons/vellomir-%1.png").arg(size));
+    for (const int size : {16, 32, 48}) {
+        QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
+        reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
+        icon.addPixmap(QPixmap::fromImageReader(&reader));
+    }
     return icon;
 }
 
