@@ -4,9 +4,12 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleFactory>
+
+#include <algorithm>
 
 namespace platform {
 
@@ -42,6 +45,13 @@ public:
         else if (part == SC_ComboBoxEditField)
             rect.setRight(rect.right() + saved);
         return rect;
+    }
+
+    // The sign for menus that have no room in the bar is never seen, and would load every image plugin.
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption *option, const QWidget *widget) const override
+    {
+        const bool roomless = icon == SP_ToolBarHorizontalExtensionButton;
+        return roomless ? QIcon() : QProxyStyle::standardIcon(icon, option, widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -86,9 +96,19 @@ QPalette lightPalette()
     return palette;
 }
 
-QFont fontOf(const QStringList &families, QFont::StyleHint hint, double points, bool bold)
+/// The first of the families that the system has, alone: for a font with several, Qt ranks all fonts of the
+/// system.
+QString firstInstalled(const QStringList &families)
 {
-    QFont font(families);
+    const QStringList installed = QFontDatabase::families();
+    const auto found = std::find_if(families.begin(), families.end(),
+                                    [&](const QString &family) { return installed.contains(family); });
+    return found == families.end() ? families.front() : *found;
+}
+
+QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool bold)
+{
+    QFont font(family);
     font.setStyleHint(hint);
     font.setPointSizeF(points);
     font.setBold(bold);
@@ -111,16 +131,17 @@ void applyAppearance(QApplication &application)
 
 QFont sansFont(double points, bool bold)
 {
-    return fontOf({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
-                   QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")},
-                  QFont::SansSerif, points, bold);
+    static const QString family =
+        firstInstalled({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+                        QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")});
+    return fontOf(family, QFont::SansSerif, points, bold);
 }
 
 QFont displayFont(double points, bool bold)
 {
-    return fontOf(
-        {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")},
-        QFont::Monospace, points, bold);
+    static const QString family = firstInstalled(
+        {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")});
+    return fontOf(family, QFont::Monospace, points, bold);
 }
 
 } // namespace platform
