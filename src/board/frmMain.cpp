@@ -10,7 +10,6 @@
 #include "voice/frmVoices.h"
 #include "windows/frmBingo.h"
 
-#include <QImageReader>
 #include <QMenuBar>
 #include <QTimer>
 
@@ -19,29 +18,12 @@
 
 using platform::control;
 
-namespace {
-
-/// The sizes that a window shows. The larger ones are for the desktop, which has them installed.
-QIcon programIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 32, 48}) {
-        QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
-        reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
-        icon.addPixmap(QPixmap::fromImageReader(&reader));
-    }
-    return icon;
-}
-
-} // namespace
-
 frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Vellomir"));
-    setWindowIcon(programIcon());
     buildMenus();
     buildControls();
     buildPatternButtons();

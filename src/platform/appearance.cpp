@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
 
@@ -120,6 +121,8 @@ QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool b
 void applyAppearance(QApplication &application)
 {
     application.setStyle(new HouseStyle);
+    // The style keeps pictures of controls and finds none of them again for the next message box.
+    QPixmapCache::setCacheLimit(2048); // kilobytes
     const QPalette palette = lightPalette();
     application.setPalette(palette);
     // A desktop's theme may have colours of its own for these.
