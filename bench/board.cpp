@@ -1,15 +1,61 @@
-// What the board's actions cost, from the press to the painted screen, each beside a bare repaint of what it
-// changes, in the same run.
+// What the board's actions cost, each beside a bare counterpart in the same run. One line a figure: its name,
+// the program's value, the bare value, with tabs between them.
+//   bench_board          milliseconds from an action to the painted screen, beside a repaint of what it
+//   changes;
+//                        megabytes after 2,000 calls, beside those after 200
+//   bench_board speech   the longest time, in milliseconds, that a call with speech keeps the window from
+//                        reacting, beside that of a call without
 
+#include "app/modMain.h"
 #include "platform/appearance.h"
+#include "platform/design_table.h"
 #include "support/main_window.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 
 namespace {
 
-using Samples = std::vector<double>; // milliseconds
+using platform::control;
+using platform::RichTextBox;
+using Samples = std::vector<double>;
+
+/// Answers each message box with Yes or OK as soon as it has been painted.
+class Operator : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *box = qobject_cast<QMessageBox *>(watched);
+        if (box && event->type() == QEvent::Paint) {
+            QAbstractButton *yes = box->button(QMessageBox::Yes);
+            QTimer::singleShot(0, yes ? yes : box->button(QMessageBox::Ok), &QAbstractButton::click);
+        }
+        return false;
+    }
+};
+
+double milliseconds(const QElapsedTimer &clock)
+{
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+double median(Samples samples)
+{
+    const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
+    std::nth_element(samples.begin(), middle, samples.end());
+    return *middle;
+}
+
+double longest(const Samples &samples)
+{
+    return *std::max_element(samples.begin(), samples.end());
+}
 
 template <class Action>
 double timed(const Action &action)
@@ -20,20 +66,159 @@ double timed(const Action &action)
     QApplication::sendPostedEvents();
     QApplication::processEvents();
     QGuiApplication::sync();
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    return milliseconds(clock);
 }
 
-double quantile(Samples samples, double part)
+/// The longest time between two turns of the event loop, from an action until `patience` milliseconds later.
+template <class Action>
+double standstill(const Action &action, int patience)
 {
-    std::sort(samples.begin(), samples.end());
-    return samples[static_cast<std::size_t>(part * static_cast<double>(samples.size() - 1))];
+    QElapsedTimer turn;
+    Samples times;
+    QTimer turns;
+    QObject::connect(&turns, &QTimer::timeout, [&] {
+        times.push_back(milliseconds(turn));
+        turn.start();
+    });
+    turns.start(0);
+    QElapsedTimer clock;
+    clock.start();
+    turn.start();
+    action();
+    while (clock.elapsed() < patience)
+        QApplication::processEvents();
+    return longest(times);
 }
 
-void print(const char *name, const Samples &action, const Samples &bare)
+double megabytes()
 {
-    const double median = quantile(action, 0.5);
-    std::printf("%-20s %8.2f %8.2f %14.2f %8.2f\n", name, median, quantile(action, 0.95), quantile(bare, 0.5),
-                median / quantile(bare, 0.5));
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    const qint64 pages = statm.readAll().split(' ').at(1).toLongLong();
+    return static_cast<double>(pages * sysconf(_SC_PAGESIZE)) / (1024 * 1024);
+}
+
+void print(const char *name, double program, double bare)
+{
+    std::printf("%s\t%f\t%f\n", name, program, bare);
+}
+
+struct Figure
+{
+    const char *name;
+    Samples action;
+    Samples bare;
+
+    ~Figure() { print(name, median(action), median(bare)); }
+};
+
+void repaint(const std::vector<QWidget *> &widgets)
+{
+    for (QWidget *widget : widgets) {
+        auto *display = qobject_cast<RichTextBox *>(widget);
+        (display ? display->viewport() : widget)->update();
+    }
+}
+
+void ask(QWidget *owner)
+{
+    QMessageBox(QMessageBox::Question, QStringLiteral("Clear Board"),
+                QStringLiteral("Clearing board,\nAre you sure?"), QMessageBox::Yes | QMessageBox::No, owner)
+        .exec();
+}
+
+/// Games of 75 calls, five of them un-called, and a clear.
+void playGames(const MainWindow &w)
+{
+    QWidget *count = w.find<QLabel>(QStringLiteral("lblCallCnt"));
+    std::vector<QWidget *> all = {count};
+    for (const char *name : {"RTB1", "RTB2", "RTB3", "RTB4", "RTB5"})
+        all.push_back(w.display(name));
+    for (int n = 1; n <= board::numberCount; ++n)
+        all.push_back(w.number(n));
+
+    Figure call{"a call", {}, {}};
+    Figure uncall{"an un-call, its box answered at once", {}, {}};
+    Figure clear{"a clear, its box answered at once", {}, {}};
+    double early = 0;
+    for (int game = 1; game <= 27; ++game) {
+        for (int n = 1; n <= board::numberCount; ++n) {
+            call.action.push_back(timed([&] { w.number(n)->click(); }));
+            call.bare.push_back(timed([&] {
+                repaint({count, w.number(n), w.display("RTB2"), w.display("RTB3"), w.display("RTB4")});
+            }));
+        }
+        for (int n = 1; n <= 5; ++n) {
+            uncall.action.push_back(timed([&] { w.number(n)->click(); }));
+            uncall.bare.push_back(timed([&] {
+                ask(w.number(n)->window());
+                repaint({w.number(n), w.display("RTB2")});
+            }));
+        }
+        clear.action.push_back(timed([&] { w.button("cmdClear")->click(); }));
+        clear.bare.push_back(timed([&] {
+            ask(count->window());
+            repaint(all);
+        }));
+        if (game == 3)
+            early = megabytes();
+    }
+    print("memory after 2,000 calls", megabytes(), early);
+}
+
+void selectPatterns(const MainWindow &w)
+{
+    Figure selection{"a pattern selection", {}, {}};
+    for (int i = 0; i < 100; ++i) {
+        selection.action.push_back(
+            timed([&] { w.button(i % 2 ? "cDemoButt(8)" : "cDemoButt(20)")->click(); }));
+        selection.bare.push_back(timed([&] { repaint({w.find<QWidget>(QStringLiteral("Frame1"))}); }));
+    }
+}
+
+void changeFontSize(const MainWindow &w)
+{
+    auto *size = w.find<platform::ComboBox>(QStringLiteral("iFontSize"));
+    Figure change{"a font-size change", {}, {}};
+    for (int i = 0; i < 100; ++i) {
+        size->setEditText(QString::number(30 + i % 3));
+        change.action.push_back(timed([&] { QTest::keyClick(size->lineEdit(), Qt::Key_Return); }));
+        change.bare.push_back(timed([&] {
+            repaint({w.display("RTB1"), w.display("RTB2"), w.display("RTB5")});
+        }));
+    }
+}
+
+/// The first call is made while the speech service is not open yet.
+void speak()
+{
+    modMain::Main();
+    QWidget *window = nullptr;
+    for (QWidget *widget : QApplication::topLevelWidgets())
+        window = widget->objectName() == QStringLiteral("frmMain") ? widget : window;
+    if (!QTest::qWaitForWindowExposed(window))
+        std::exit(EXIT_FAILURE);
+
+    int number = 0;
+    const auto call = [&] {
+        control<QPushButton>(window, qPrintable(QStringLiteral("cButt(%1)").arg(++number)))->click();
+    };
+    const auto calls = [&](int count) {
+        Samples samples;
+        while (count-- > 0)
+            samples.push_back(standstill(call, 100));
+        return samples;
+    };
+    auto *speaks = control<QCheckBox>(window, "chkMakeVoiceCall");
+    speaks->setChecked(true);
+    const double first = standstill(call, 3000);
+    const Samples later = calls(37);
+    speaks->setChecked(false);
+    const Samples quiet = calls(37);
+    print("the first call", first, median(quiet));
+    print("a later call", median(later), median(quiet));
+    print("the longest of all", std::max(first, longest(later)), longest(quiet));
 }
 
 } // namespace
@@ -41,47 +226,17 @@ void print(const char *name, const Samples &action, const Samples &bare)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
     platform::applyAppearance(application);
-    std::printf("%-20s %8s %8s %14s %8s\n", "milliseconds", "median", "95 %", "bare repaint", "ratio");
-
-    Samples calls;
-    Samples displays;
-    for (int game = 0; game < 4; ++game) {
-        const MainWindow w;
-        for (int n = 1; n <= board::numberCount; ++n) {
-            calls.push_back(timed([&] { w.number(n)->click(); }));
-            displays.push_back(timed([&] {
-                for (const char *name : {"RTB2", "RTB3", "RTB4"})
-                    w.display(name)->refresh();
-            }));
-        }
+    Operator operatorAtHand;
+    application.installEventFilter(&operatorAtHand);
+    if (QCoreApplication::arguments().contains(QStringLiteral("speech"))) {
+        speak();
+        return 0;
     }
-    print("a call", calls, displays);
-
     const MainWindow w;
-    for (const int n : {4, 20, 33, 50, 75})
-        w.press(n);
-    auto *card = w.find<QWidget>(QStringLiteral("Frame1"));
-    Samples selections;
-    Samples cards;
-    for (int i = 0; i < 100; ++i) {
-        QPushButton *button = w.button(i % 2 ? "cDemoButt(8)" : "cDemoButt(20)");
-        selections.push_back(timed([&] { button->click(); }));
-        cards.push_back(timed([&] { card->repaint(); }));
-    }
-    print("a pattern selection", selections, cards);
-
-    auto *size = w.find<platform::ComboBox>(QStringLiteral("iFontSize"));
-    Samples sizes;
-    Samples boards;
-    for (int i = 0; i < 50; ++i) {
-        size->setEditText(QString::number(30 + i % 3));
-        sizes.push_back(timed([&] { QTest::keyClick(size->lineEdit(), Qt::Key_Return); }));
-        boards.push_back(timed([&] {
-            for (const char *name : {"RTB1", "RTB2", "RTB5"})
-                w.display(name)->refresh();
-        }));
-    }
-    print("a font size", sizes, boards);
+    playGames(w);
+    selectPatterns(w);
+    changeFontSize(w);
     return 0;
 }

@@ -1,44 +1,184 @@
-"""Runs the programs of bench/ on a screen of their own and prints what they take.
+"""Runs the programs of bench/ on screens of their own and prints what they take, each figure beside a bare one.
 
-    figures.py FOLDER-OF-THE-PROGRAMS
+    figures.py BUILD-FOLDER
 """
 
+import contextlib
+import glob
 import os
+import pathlib
+import shutil
+import signal
 import statistics
 import subprocess
 import sys
 import tempfile
 import time
 
-RUNS = 15
+PAIRS = 30
+COLD_PAIRS = 5
+SPEECH_RUNS = 3
+IDLE_SECONDS = 30
+
+# The speech service of these figures speaks into a file, faster than it could be heard.
+SPEECH_SERVICE = """\
+LogLevel 1
+Timeout 0
+AudioOutputMethod "alsa"
+AddModule "espeak-ng" "sd_espeak-ng" "espeak-ng.conf"
+DefaultModule espeak-ng
+"""
+SOUND = """\
+pcm.!default { type plug; slave { pcm "tofile"; format S16_LE; rate 22050; channels 1 } }
+pcm.tofile { type file; slave.pcm null; file "%s"; format raw }
+"""
+NO_SERVICE = {"SPEECHD_CMD": "no-such-command"}
 
 
-def one_run(program, environment):
-    """Seconds and peak memory in MB of one run of a program."""
-    start = time.monotonic()
-    child = subprocess.Popen([program], env=environment, stderr=subprocess.DEVNULL)
+class Table:
+    """Prints a line a figure; `aim` is a limit for its ratio, its value, or its difference from the bare figure."""
+
+    def __init__(self):
+        print(f"{'':49} {'Vellomir':>9} {'bare':>9} {'ratio':>7}   aim")
+
+    def row(self, name, unit, value, bare, aim=None):
+        ratio = value / bare if bare else float("inf")
+        verdict = ""
+        if aim:
+            kind, limit = aim
+            reached = {"ratio": ratio, "value": value, "difference": abs(value - bare)}[kind]
+            verdict = f"{kind} < {limit}: {'met' if reached < limit else 'NOT met'}"
+        print(f"{name + ', ' + unit:49} {value:9.2f} {bare:9.2f} {ratio:7.2f}   {verdict}", flush=True)
+
+    def missing(self, name, reason):
+        print(f"{name:49} not measured: {reason}", flush=True)
+
+
+@contextlib.contextmanager
+def screen(environment, size, scale=1):
+    """A screen of its own, as the environment of the programs that run on it."""
+    server = subprocess.Popen(
+        ["Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"],
+        stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL,
+        text=True,
+    )
+    display = f":{server.stdout.readline().strip()}"
+    try:
+        yield environment | {"DISPLAY": display, "QT_SCALE_FACTOR": str(scale)}
+    finally:
+        server.terminate()
+        server.wait()
+
+
+def start(command, environment):
+    return subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def first_picture(command, environment):
+    """Milliseconds and peak memory in MB of a program that ends at its first picture."""
+    begin = time.monotonic()
+    child = start(command, environment)
     _, status, usage = os.wait4(child.pid, 0)
-    seconds = time.monotonic() - start
+    milliseconds = (time.monotonic() - begin) * 1000
     if status:
-        sys.exit(f"{program} ended with {status}")
-    return seconds, usage.ru_maxrss / 1024
+        sys.exit(f"{command} ended with {status}")
+    return milliseconds, usage.ru_maxrss / 1024
 
 
-def print_start(folder, environment):
-    runs = {"bench_start": [], "bench_bare": []}
-    for count in range(RUNS + 1):
-        for program, samples in runs.items():
-            sample = one_run(f"{folder}/{program}", environment)
-            if count:  # the first run of each only fills the caches
-                samples.append(sample)
-    print(f"{'from start to the first picture':32} {'median':>8} {'bare window':>12} {'ratio':>8}")
-    for i, name in enumerate(("milliseconds", "megabytes")):
-        program, bare = (statistics.median(sample[i] for sample in runs[name]) for name in runs)
-        scale = 1 if i else 1000
-        print(f"{name:32} {program * scale:8.1f} {bare * scale:12.1f} {program / bare:8.2f}")
+def pairs(count, one, other):
+    """The medians of two measurements that take turns; the first turn only fills the caches."""
+    runs = [(one(), other()) for _ in range(count + 1)][1:]
+    return [[statistics.median(column) for column in zip(*side)] for side in zip(*runs)]
 
 
-def main(folder):
+def lines(command, environment):
+    """What bench_board prints: name, value, bare value."""
+    run = subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=True)
+    return [(name, float(value), float(bare)) for name, value, bare in (line.split("\t") for line in run.stdout.splitlines())]
+
+
+def measure_start(table, program, bare, environment):
+    (warm, memory), (bare_warm, bare_memory) = pairs(
+        PAIRS, lambda: first_picture(program, environment), lambda: first_picture(bare, environment)
+    )
+    table.row("start to the first picture", "ms", warm, bare_warm, ("ratio", 2))
+    table.row("peak memory until then", "MB", memory, bare_memory, ("ratio", 1.3))
+
+    def cold(command):
+        os.sync()
+        pathlib.Path("/proc/sys/vm/drop_caches").write_text("3")
+        return first_picture(command, environment)
+
+    try:
+        (milliseconds, _), (bare_milliseconds, _) = pairs(COLD_PAIRS, lambda: cold(program), lambda: cold(bare))
+        table.row("start from cold", "ms", milliseconds, bare_milliseconds)
+    except OSError as error:
+        table.missing("start from cold", f"the system's file cache cannot be emptied ({error.strerror})")
+
+
+def measure_size(table, program, bare, folder):
+    sizes = []
+    for file in (program, bare):
+        subprocess.run(["strip", "-o", f"{folder}/stripped", file], check=True)
+        sizes.append(os.path.getsize(f"{folder}/stripped") / 1024)
+    table.row("program file, stripped", "KB", *sizes)
+
+
+def measure_board(table, board, environment, suffix=""):
+    for name, value, bare in lines(board, environment):
+        if name.startswith("memory"):
+            table.row(name + ", after 200 ones" + suffix, "MB", value, bare)
+        else:
+            table.row(name + suffix, "ms", value, bare, ("ratio", 4) if name == "a call" else None)
+
+
+def measure_speech(table, board, environment, suffix):
+    runs = [lines([board, "speech"], environment) for _ in range(SPEECH_RUNS)]
+    for (name, *_), *figures in zip(runs[0], *runs):
+        value, bare = (statistics.median(column) for column in list(zip(*figures))[1:])
+        table.row(f"standstill, {name}{suffix}", "ms", value, bare, ("value", 10))
+
+
+def wakeups(process):
+    status = "".join(pathlib.Path(file).read_text() for file in glob.glob(f"/proc/{process.pid}/task/*/status"))
+    return sum(int(line.split()[1]) for line in status.splitlines() if line.startswith("voluntary_ctxt_switches"))
+
+
+def measure_idle(table, program, bare, environment):
+    processes = [start(program, environment), start([bare, "stay"], environment)]
+    window = ["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Vellomir$", "windowfocus"]
+    subprocess.run(window, env=environment, check=True, stdout=subprocess.DEVNULL)
+    time.sleep(3)
+    before = [wakeups(process) for process in processes]
+    time.sleep(IDLE_SECONDS)
+    after = [wakeups(process) for process in processes]
+    for process in processes:
+        process.terminate()
+        process.wait()
+    minutes = IDLE_SECONDS / 60
+    table.row("wakeups when idle", "a minute", *((b - a) / minutes for a, b in zip(before, after)))
+
+
+def configure_speech(home):
+    """Answers the file that the sound goes into."""
+    config = pathlib.Path(home, ".config/speech-dispatcher")
+    shutil.copytree("/etc/speech-dispatcher/modules", config / "modules")
+    (config / "speechd.conf").write_text(SPEECH_SERVICE)
+    sound = pathlib.Path(home, "sound")
+    pathlib.Path(home, ".asoundrc").write_text(SOUND % sound)
+    return sound
+
+
+def end_speech(home):
+    with contextlib.suppress(FileNotFoundError, ProcessLookupError):
+        os.kill(int(pathlib.Path(home, "speech-dispatcher/pid/speech-dispatcher.pid").read_text()), signal.SIGTERM)
+        time.sleep(1)
+
+
+def main(build):
+    program, bare, board = (f"{build}/bench/bench_{name}" for name in ("start", "bare", "board"))
+    table = Table()
     with tempfile.TemporaryDirectory() as home:
         environment = {
             "PATH": os.environ["PATH"],
@@ -47,20 +187,26 @@ def main(folder):
             "XDG_RUNTIME_DIR": home,
             "QT_QPA_PLATFORM": "xcb",
         }
-        screen = subprocess.Popen(
-            ["Xvfb", "-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp", "-noreset"],
-            stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
-            text=True,
-        )
-        environment["DISPLAY"] = f":{screen.stdout.readline().strip()}"
+        sound = configure_speech(home)
         try:
-            print_start(folder, environment)
-            print()
-            print(subprocess.run([f"{folder}/bench_board"], env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=True).stdout, end="")
+            with screen(environment, "1600x1000") as desktop:
+                measure_start(table, program, bare, desktop)
+                measure_size(table, f"{build}/vellomir", bare, home)
+                measure_board(table, board, desktop)
+                measure_speech(table, board, desktop, " with speech")
+                if not sound.exists() or not sound.stat().st_size:
+                    sys.exit("nothing was spoken")
+                measure_idle(table, f"{build}/vellomir", bare, desktop)
+                end_speech(home)
+                measure_speech(table, board, desktop | NO_SERVICE, " without a service")
+                (without, _), (with_, _) = pairs(
+                    PAIRS, lambda: first_picture(program, desktop | NO_SERVICE), lambda: first_picture(program, desktop)
+                )
+                table.row("start without a speech service, beside with one", "ms", without, with_, ("difference", 5))
+            with screen(environment, "3840x2160", scale=2) as desktop:
+                measure_board(table, board, desktop, " at 4K")
         finally:
-            screen.terminate()
-            screen.wait()
+            end_speech(home)
 
 
 if __name__ == "__main__":

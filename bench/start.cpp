@@ -1,15 +1,10 @@
-// Starts like the program, or like a program with nothing in its window, and ends when the window has been
-// painted for the first time.
+// Linked with the program's main(), or, as BARE, with one that shows a window with nothing in it: ends the
+// process when a window has been painted for the first time. With the argument "stay" it does not.
 
 #include <QApplication>
 #include <QPaintEvent>
 #include <QTimer>
 #include <QWidget>
-
-#ifndef BARE
-#include "app/modMain.h"
-#include "platform/appearance.h"
-#endif
 
 namespace {
 
@@ -28,23 +23,22 @@ public:
     }
 };
 
+void endAtFirstPaint()
+{
+    if (!QCoreApplication::arguments().contains(QStringLiteral("stay")))
+        qApp->installEventFilter(new EndAtFirstPaint);
+}
+Q_COREAPP_STARTUP_FUNCTION(endAtFirstPaint)
+
 } // namespace
 
+#ifdef BARE
 int main(int argc, char *argv[])
 {
-#ifndef BARE
-    QApplication::setDesktopSettingsAware(false);
-#endif
     QApplication application(argc, argv);
-    EndAtFirstPaint end;
-    application.installEventFilter(&end);
-#ifdef BARE
     QWidget window;
     window.resize(1282, 692);
     window.show();
-#else
-    platform::applyAppearance(application);
-    modMain::Main();
-#endif
     return QApplication::exec();
 }
+#endif
