@@ -15,8 +15,8 @@ import sys
 import tempfile
 import time
 
-PAIRS = 30
-COLD_PAIRS = 5
+TURNS = 30
+COLD_TURNS = 5
 SPEECH_RUNS = 3
 IDLE_SECONDS = 30
 
@@ -32,11 +32,10 @@ SOUND = """\
 pcm.!default { type plug; slave { pcm "tofile"; format S16_LE; rate 22050; channels 1 } }
 pcm.tofile { type file; slave.pcm null; file "%s"; format raw }
 """
-NO_SERVICE = {"SPEECHD_CMD": "no-such-command"}
 
 
 class Table:
-    """Prints a line a figure; `aim` is a limit for its ratio, its value, or its difference from the bare figure."""
+    """Prints a line a figure; `aim` is a limit for its ratio, for its value, or for its difference."""
 
     def __init__(self):
         print(f"{'':49} {'Vellomir':>9} {'bare':>9} {'ratio':>7}   aim")
@@ -46,7 +45,7 @@ class Table:
         verdict = ""
         if aim:
             kind, limit = aim
-            reached = {"ratio": ratio, "value": value, "difference": abs(value - bare)}[kind]
+            reached = {"ratio": ratio, "value": value, "difference": value - bare}[kind]
             verdict = f"{kind} < {limit}: {'met' if reached < limit else 'NOT met'}"
         print(f"{name + ', ' + unit:49} {value:9.2f} {bare:9.2f} {ratio:7.2f}   {verdict}", flush=True)
 
@@ -86,10 +85,10 @@ def first_picture(command, environment):
     return milliseconds, usage.ru_maxrss / 1024
 
 
-def pairs(count, one, other):
-    """The medians of two measurements that take turns; the first turn only fills the caches."""
-    runs = [(one(), other()) for _ in range(count + 1)][1:]
-    return [[statistics.median(column) for column in zip(*side)] for side in zip(*runs)]
+def in_turns(count, *measurements):
+    """The medians of measurements that take turns; the first turn only fills the caches."""
+    turns = [[measure() for measure in measurements] for _ in range(count + 1)][1:]
+    return [[statistics.median(column) for column in zip(*results)] for results in zip(*turns)]
 
 
 def lines(command, environment):
@@ -99,8 +98,8 @@ def lines(command, environment):
 
 
 def measure_start(table, program, bare, environment):
-    (warm, memory), (bare_warm, bare_memory) = pairs(
-        PAIRS, lambda: first_picture(program, environment), lambda: first_picture(bare, environment)
+    (warm, memory), (bare_warm, bare_memory) = in_turns(
+        TURNS, lambda: first_picture(program, environment), lambda: first_picture(bare, environment)
     )
     table.row("start to the first picture", "ms", warm, bare_warm, ("ratio", 2))
     table.row("peak memory until then", "MB", memory, bare_memory, ("ratio", 1.3))
@@ -111,7 +110,7 @@ def measure_start(table, program, bare, environment):
         return first_picture(command, environment)
 
     try:
-        (milliseconds, _), (bare_milliseconds, _) = pairs(COLD_PAIRS, lambda: cold(program), lambda: cold(bare))
+        (milliseconds, _), (bare_milliseconds, _) = in_turns(COLD_TURNS, lambda: cold(program), lambda: cold(bare))
         table.row("start from cold", "ms", milliseconds, bare_milliseconds)
     except OSError as error:
         table.missing("start from cold", f"the system's file cache cannot be emptied ({error.strerror})")
@@ -125,12 +124,21 @@ def measure_size(table, program, bare, folder):
     table.row("program file, stripped", "KB", *sizes)
 
 
-def measure_board(table, board, environment, suffix=""):
-    for name, value, bare in lines(board, environment):
+def measure_board(table, board, games, environment, suffix=""):
+    for name, value, bare in lines([board, games], environment):
         if name.startswith("memory"):
             table.row(name + ", after 200 ones" + suffix, "MB", value, bare)
         else:
             table.row(name + suffix, "ms", value, bare, ("ratio", 4) if name == "a call" else None)
+
+
+def measure_service(table, program, desktop, stopped, missing):
+    """The start, by what the speech service is up to; where there is none, an error box is the first picture."""
+    (running, _), (starting, _), (box, _) = in_turns(
+        TURNS, *(lambda e=environment: first_picture(program, e) for environment in (desktop, stopped, missing))
+    )
+    table.row("start with the speech service not running yet", "ms", starting, running, ("difference", 5))
+    table.row("start to the error box without a service", "ms", box, running, ("difference", 5))
 
 
 def measure_speech(table, board, environment, suffix):
@@ -192,19 +200,17 @@ def main(build):
             with screen(environment, "1600x1000") as desktop:
                 measure_start(table, program, bare, desktop)
                 measure_size(table, f"{build}/vellomir", bare, home)
-                measure_board(table, board, desktop)
+                measure_board(table, board, "27", desktop)
                 measure_speech(table, board, desktop, " with speech")
                 if not sound.exists() or not sound.stat().st_size:
                     sys.exit("nothing was spoken")
                 measure_idle(table, f"{build}/vellomir", bare, desktop)
-                end_speech(home)
-                measure_speech(table, board, desktop | NO_SERVICE, " without a service")
-                (without, _), (with_, _) = pairs(
-                    PAIRS, lambda: first_picture(program, desktop | NO_SERVICE), lambda: first_picture(program, desktop)
-                )
-                table.row("start without a speech service, beside with one", "ms", without, with_, ("difference", 5))
+                stopped = desktop | {"SPEECHD_ADDRESS": f"unix_socket:{home}/nobody"}
+                missing = stopped | {"SPEECHD_CMD": "no-such-command"}
+                measure_service(table, program, desktop, stopped, missing)
+                measure_speech(table, board, missing, " without a service")
             with screen(environment, "3840x2160", scale=2) as desktop:
-                measure_board(table, board, desktop, " at 4K")
+                measure_board(table, board, "3", desktop, " at 4K")
         finally:
             end_speech(home)
 
