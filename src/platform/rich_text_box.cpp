@@ -3,6 +3,7 @@
 #include "platform/colors.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QCoreApplication>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -169,7 +170,7 @@ void RichTextBox::showStart()
 
 void RichTextBox::refresh()
 {
-    viewport()->repaint();
+    QCoreApplication::sendPostedEvents(window(), QEvent::UpdateRequest);
 }
 
 void RichTextBox::followScrolling(RichTextBox *leader)
