@@ -15,6 +15,24 @@
 using Numbers = std::vector<int>;
 namespace colors = platform::colors;
 
+namespace {
+
+/// Keeps what has been painted.
+class Painted : public QObject
+{
+public:
+    QSet<QObject *> widgets;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            widgets.insert(watched);
+        return false;
+    }
+};
+
+} // namespace
+
 class TestBoard : public QObject
 {
     Q_OBJECT
@@ -32,6 +50,7 @@ private Q_SLOTS:
     void wheelOverAnUnfocusedComboBox();
     void emptyEntryShowsTheCard();
     void callShowsEverywhere();
+    void callIsPaintedAtOnce();
     void pastNumbers();
     void uncallAsksFirst();
     void recallsCountAgain();
@@ -260,6 +279,21 @@ void TestBoard::callShowsEverywhere()
     QCOMPARE(w.display("RTB2")->colorAt(board::cellOffset(15)), colors::black);
     QCOMPARE(w.number(16)->accessibleName(), QStringLiteral("I 16"));
     QCOMPARE(w.number(16)->accessibleDescription(), QStringLiteral("called"));
+}
+
+/// The second call is on the screen when its press returns.
+void TestBoard::callIsPaintedAtOnce()
+{
+    const MainWindow w;
+    w.press(12);
+    QCoreApplication::processEvents();
+    Painted painted;
+    qApp->installEventFilter(&painted);
+    w.number(33)->click();
+    QSet<QObject *> expected = {w.number(33), w.find<QLabel>(QStringLiteral("lblCallCnt"))};
+    for (const char *name : {"RTB2", "RTB3", "RTB4"})
+        expected.insert(w.display(name)->viewport());
+    QVERIFY(painted.widgets.contains(expected));
 }
 
 void TestBoard::pastNumbers()
