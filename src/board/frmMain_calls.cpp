@@ -2,8 +2,9 @@
 
 #include "platform/controls.h"
 #include "platform/message_box.h"
-#include "platform/rich_text_box.h"
 #include "voice/phrases.h"
+
+#include <QCoreApplication>
 
 void frmMain::cButt_Click(int Index)
 {
@@ -31,10 +32,8 @@ void frmMain::callNumber(int n)
     markNumber(n, true);
     EditBoard();
     editLastPress(n);
-    RTB2->refresh();
-    RTB3->refresh();
-    RTB4->refresh();
-    cButt(n)->repaint();
+    // All that waits to be painted is painted now, before anything is spoken.
+    QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
     if (chkMakeVoiceCall->isChecked()) {
         sCallPhrase = voice::firstPhrase(n);
         Speak(sCallPhrase);

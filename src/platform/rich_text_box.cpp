@@ -3,7 +3,6 @@
 #include "platform/colors.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QCoreApplication>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -166,11 +165,6 @@ void RichTextBox::showStart()
     QScrollBar *across = horizontalScrollBar();
     across->setValue(
         document()->firstBlock().blockFormat().alignment() & Qt::AlignHCenter ? across->maximum() / 2 : 0);
-}
-
-void RichTextBox::refresh()
-{
-    QCoreApplication::sendPostedEvents(window(), QEvent::UpdateRequest);
 }
 
 void RichTextBox::followScrolling(RichTextBox *leader)

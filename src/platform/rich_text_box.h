@@ -46,8 +46,6 @@ public:
 
     /// Brings the beginning of the text into view and leaves nothing selected.
     void showStart();
-    /// Paints at once what has changed.
-    void refresh();
     /// From now on shows the same lines as `leader`, whose wheel and scroll bar move both.
     void followScrolling(RichTextBox *leader);
 
