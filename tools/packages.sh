@@ -33,6 +33,13 @@ packages_desktop=(
     gir1.2-atspi-2.0
 )
 
+# The asan preset: what compiles and fuzzes, and what names the lines in its reports.
+packages_sanitize=(
+    clang
+    libclang-rt-dev
+    llvm
+)
+
 # tools/format and tools/lint.
 packages_lint=(
     clang-format
