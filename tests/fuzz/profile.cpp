@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::array<QByteArrayView, 5> names{"", "A", "Options", "FontSz", "AutoCallTm"};
+constexpr std::array<QByteArrayView, 3> names{"A", "Options", "FontSz"};
 
 /// Whether a name can stand in a profile, before the character that ends it there.
 bool isLegal(const QByteArray &name, char end)
