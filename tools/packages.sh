@@ -40,6 +40,11 @@ packages_sanitize=(
     llvm
 )
 
+# tools/valgrind.
+packages_valgrind=(
+    valgrind
+)
+
 # tools/format and tools/lint.
 packages_lint=(
     clang-format
