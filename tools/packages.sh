@@ -33,6 +33,18 @@ packages_desktop=(
     gir1.2-atspi-2.0
 )
 
+# The asan preset: what compiles and fuzzes, and what names the lines in its reports.
+packages_sanitize=(
+    clang
+    libclang-rt-dev
+    llvm
+)
+
+# tools/valgrind.
+packages_valgrind=(
+    valgrind
+)
+
 # tools/format and tools/lint.
 packages_lint=(
     clang-format

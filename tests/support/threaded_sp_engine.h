@@ -5,7 +5,7 @@
 #include <QThread>
 
 /// An engine that lives in a thread of its own: Qt's engine waits for the service on Linux. A thread that
-/// hangs when the engine is destroyed is left behind.
+/// hangs when the engine is destroyed is left behind, and goes when it hangs no more.
 class ThreadedSpEngine : public platform::SpEngine
 {
 public:
@@ -17,6 +17,7 @@ public:
         connect(m_engine, &SpEngine::ended, this, &SpEngine::ended);
         connect(m_engine, &SpEngine::alive, this, &SpEngine::alive);
         connect(m_engine, &SpEngine::failed, this, &SpEngine::failed);
+        connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
         m_engine->moveToThread(m_thread);
         m_thread->start();
     }
@@ -25,8 +26,7 @@ public:
     {
         m_engine->deleteLater();
         m_thread->quit();
-        if (m_thread->wait(1000))
-            delete m_thread;
+        m_thread->wait(1000);
     }
 
     void open() override

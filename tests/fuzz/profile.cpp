@@ -1,0 +1,81 @@
+// A write into a profile changes one value and no other byte, and the value comes back. An input is
+// "section|key|value|content of the file".
+
+#include "platform/profile_file.h"
+
+#include <QByteArrayList>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace {
+
+constexpr std::array<QByteArrayView, 3> names{"A", "Options", "FontSz"};
+
+/// Whether a name can stand in a profile, before the character that ends it there.
+bool isLegal(const QByteArray &name, char end)
+{
+    const QByteArray bare = name.trimmed();
+    return !name.contains('\r') && !name.contains('\n') && !name.contains(end) && !bare.startsWith(';') &&
+           !bare.startsWith('[');
+}
+
+bool sameName(QByteArrayView one, QByteArrayView other)
+{
+    return one.trimmed().compare(other.trimmed(), Qt::CaseInsensitive) == 0;
+}
+
+/// What `before` has and `after` has instead of it, without the bytes that are common at both ends.
+std::pair<QByteArrayView, QByteArrayView> difference(QByteArrayView before, QByteArrayView after)
+{
+    const auto start = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    before = before.sliced(start.first - before.begin());
+    after = after.sliced(start.second - after.begin());
+    const auto end = std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend());
+    return {before.chopped(end.first - before.rbegin()), after.chopped(end.second - after.rbegin())};
+}
+
+bool isPartOf(QByteArrayView part, const QByteArray &value)
+{
+    const QByteArray bytes = part.toByteArray();
+    return ('"' + value + '"').contains(bytes) || ('\'' + value + '\'').contains(bytes);
+}
+
+void setAndCompare(const QByteArray &content, const QByteArray &section, const QByteArray &key,
+                   const QByteArray &value)
+{
+    const QByteArray after = platform::withValue(content, section, key, value);
+    const QByteArray stored = QByteArray(value).replace('\r', ' ').replace('\n', ' ');
+    Q_ASSERT(platform::findValue(after, section, key) == stored);
+    Q_ASSERT(platform::withValue(after, section, key, value) == after);
+
+    const auto [removed, inserted] = difference(content, after);
+    if (const auto old = platform::findValue(content, section, key)) {
+        Q_ASSERT(isPartOf(removed, *old) && isPartOf(inserted, stored));
+    } else {
+        constexpr qsizetype mostBetween =
+            10; // brackets, equals sign, quotes and three line ends of two bytes
+        Q_ASSERT(removed.isEmpty());
+        Q_ASSERT(inserted.size() <= section.size() + key.size() + stored.size() + mostBetween);
+    }
+    for (const QByteArrayView otherSection : names) {
+        for (const QByteArrayView otherKey : names) {
+            if (!sameName(otherSection, section) || !sameName(otherKey, key))
+                Q_ASSERT(platform::findValue(after, otherSection, otherKey) ==
+                         platform::findValue(content, otherSection, otherKey));
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    const QByteArrayList fields = input.split('|');
+    if (fields.size() < 4 || !isLegal(fields[0], ']') || !isLegal(fields[1], '='))
+        return 0;
+    setAndCompare(fields.mid(3).join('|'), fields[0], fields[1], fields[2]);
+    return 0;
+}
