@@ -204,7 +204,8 @@ void TestWindows::aboutLeadsToTheWebSite()
 void TestWindows::helpShowsItsFile()
 {
     writeHelp("Caf\xE9\n\n" + QByteArray("word ").repeated(1000));
-    const frmHelp help(m_folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(m_folder.path());
     QCOMPARE(help.windowTitle(), QStringLiteral("QOR Help"));
     QCOMPARE(help.windowType(), Qt::Tool);
     QCOMPARE(help.minimumSize(), help.maximumSize());
@@ -220,7 +221,8 @@ void TestWindows::helpShowsItsFile()
 void TestWindows::helpIsReadWithTheKeyboard()
 {
     writeHelp(QByteArray("a line\n").repeated(200));
-    frmHelp help(m_folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(m_folder.path());
     help.show();
     QTextEdit *text = textOf(&help);
     const QString before = text->toPlainText();
@@ -248,7 +250,8 @@ void TestWindows::helpWithoutAFile()
     if (isFolder)
         QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("help.txt")));
     const Answer ok(QMessageBox::Ok);
-    frmHelp help(folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(folder.path());
     QCOMPARE(ok.shown, 1);
     QCOMPARE(ok.text, QStringLiteral("Help file missing"));
     QCOMPARE(ok.title, QApplication::applicationDisplayName());
@@ -262,7 +265,8 @@ void TestWindows::hugeHelpOpensAtOnce()
     writeHelp(QByteArray("word ").repeated(1'000'000)); // one line
     QElapsedTimer clock;
     clock.start();
-    frmHelp help(m_folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(m_folder.path());
     help.show();
     QVERIFY(QTest::qWaitForWindowExposed(&help));
     QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
@@ -288,7 +292,8 @@ void TestWindows::prints()
     for (int i = 1; i <= lines; ++i)
         text += "line" + QByteArray::number(i) + " caf\xC3\xA9\n";
     writeHelp(text);
-    frmHelp help(m_folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(m_folder.path());
     help.show();
     if (selection) {
         QTest::keyClick(textOf(&help), Qt::Key_Down);
@@ -311,7 +316,8 @@ void TestWindows::prints()
 void TestWindows::failedPrintingIsQuiet()
 {
     writeHelp("one\n");
-    frmHelp help(m_folder.path(), &m_owner);
+    frmHelp help(&m_owner);
+    help.Form_Load(m_folder.path());
     help.show();
     const QString inside = QDir::current().filePath(QStringLiteral("print.pdf")); // what the dialog proposes
     for (const QString &file : {QString(), QStringLiteral("/dev/full")}) {

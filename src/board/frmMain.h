@@ -15,6 +15,7 @@
 class QAction;
 class QTimer;
 class frmBingo;
+class frmHelp;
 class frmVoices;
 struct VoiceChoice;
 
@@ -116,6 +117,8 @@ private:
     // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------
 public:
     void BuildButts();
+    /// True when number `n`, 1 to 75, is called or shadowed.
+    bool isCalled(int n) const { return iCalled.at(static_cast<std::size_t>(n)) != 0; }
 
 private:
     /// The one writer of the called flag and the button's colour, which always agree.
@@ -130,6 +133,8 @@ private:
 public:
     /// Calls number Index (1 to 75), or, when it counts as called, un-calls it after a question.
     void cButt_Click(int Index);
+    /// The calls since the last clear.
+    int callCount() const { return iCallCnt; }
 
 private:
     void callNumber(int n);
@@ -138,13 +143,15 @@ private:
     bool autoCallRuns() const;
     void focusAfterCall();
 
-    int iCallCnt = 0; // calls since the last clear
+    int iCallCnt = 0;
 
     // ---- board/frmMain_displays.cpp: the five displays -------------------------------------------
 public:
     void DrawBoards();
     void EditBoard();
     void editLastPress(int iButt);
+    /// The last calls, `k` from 1, the newest, to 5; 0 where there is none.
+    int lastCall(int k) const { return iLastCalls.at(static_cast<std::size_t>(k)); }
 
 private:
     void drawLetters();
@@ -236,6 +243,6 @@ private:
     void mnuAbout_Click();
     void closeWindows();
 
-    QPointer<QWidget> m_help; // null while closed
+    QPointer<frmHelp> m_help; // null while closed
     QPointer<QWidget> m_about;
 };

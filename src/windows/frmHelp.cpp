@@ -21,14 +21,13 @@ constexpr int clientHeight = 7245;
 
 } // namespace
 
-frmHelp::frmHelp(const QString &folder, QWidget *owner)
+frmHelp::frmHelp(QWidget *owner)
     : QMainWindow(owner)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
     platform::makeToolWindow(this);
     buildControls();
-    Form_Load(folder);
 }
 
 void frmHelp::buildControls()

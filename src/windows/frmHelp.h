@@ -14,14 +14,15 @@ class frmHelp : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Reads `help.txt` in `folder`; says so when there is none to read, and is empty then. Stays above the
-    /// window `owner`, which stays usable.
-    frmHelp(const QString &folder, QWidget *owner);
+    /// Stays above the window `owner`, which stays usable.
+    explicit frmHelp(QWidget *owner);
+
+    /// Reads `help.txt` in `folder`; says so when there is none to read, and is empty then.
+    void Form_Load(const QString &folder);
 
 private:
     void buildControls();
     QAction *buildCommand(const char *name, const char *caption);
-    void Form_Load(const QString &folder);
     void mnuExit_Click();
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;

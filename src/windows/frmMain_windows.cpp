@@ -8,8 +8,10 @@
 
 void frmMain::mnuHelp_Click()
 {
-    if (!m_help)
-        m_help = new frmHelp(platform::executableFolder(), this);
+    if (!m_help) {
+        m_help = new frmHelp(this);
+        m_help->Form_Load(platform::executableFolder()); // known by now: a box may open
+    }
     platform::showInFront(m_help);
 }
 
