@@ -2,7 +2,7 @@
 # Runs a program of the asan preset: tests/sanitized.sh PROGRAM ARGUMENT...
 # Where the system does not let a process trace itself, as in some containers, it runs without the search for leaks.
 set -euo pipefail
-support=$(dirname "$0")/support
+support=$(cd "$(dirname "$0")" && pwd)/support
 export QT_QPA_PLATFORM=offscreen
 export UBSAN_OPTIONS=print_stacktrace=1
 export LSAN_OPTIONS=suppressions=$support/lsan.supp:print_suppressions=0

@@ -120,7 +120,7 @@ private:
     int m_rate = 0;
     int m_alertBoundary = 0;
     int m_lastStream = 0;
-    QTimer m_pulse;
+    QTimer m_pulse{this};
     std::chrono::milliseconds m_timeLeft{};
     int m_unanswered = 0; ///< pulses since the last sign of life
 
