@@ -1,0 +1,163 @@
+#!/usr/bin/python3 -B
+"""What can go wrong around the program, provoked for real: the game goes on, and what can be kept is kept.
+
+    tests/faults.py PROGRAM
+"""
+
+import itertools
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+from unittest import mock
+
+from support.desktop import Desktop, Program, wait_until
+
+# Mounts are made in a namespace of the test's own, in which most systems let any user make them.
+NAMESPACE = ["unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])]
+if "MAY_MOUNT" not in os.environ:
+    possible = subprocess.run([*NAMESPACE, "true"], capture_output=True, check=False).returncode == 0
+    os.environ["MAY_MOUNT"] = "yes" if possible else ""
+    if possible:
+        os.execvp(NAMESPACE[0], [*NAMESPACE, sys.executable, "-B", *sys.argv])
+MAY_MOUNT = bool(os.environ["MAY_MOUNT"])
+
+PROGRAM = Path(sys.argv.pop(1)).resolve()
+UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
+READ_ONLY = ["unshare", "--mount", "sh", "-c", 'mount -o remount,bind,ro / && exec "$@"', "sh"]
+FAKE_SPEECHD = Path(__file__).parent / "support" / "fake_speechd.py"
+FAKETIME = next(Path("/usr/lib").glob("*/faketime/libfaketime.so.1"), None)
+
+BEFORE = b"; note\r\n[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n[Other]\r\nX=1\r\n"
+SAVED = BEFORE.replace(b"36", b"40")
+CHANGED = b"[Other]\nY=2\n[Options]\nFontSz=20\nAutoCallTm=20\n"
+CHANGED_AND_SAVED = b"[Other]\nY=2\n[Options]\nFontSz=40\nAutoCallTm=5\n"
+
+
+def fill(folder):
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=8k", "none", folder], check=True)
+    (folder / "vellomir.ini").write_bytes(BEFORE)
+    (folder / "filler").write_bytes(bytes(4096))
+
+
+# Fault, what is done to the settings file before the start and while the program runs, the two settings shown, and
+# the file in the end. A box without a text goes by its name.
+SETTINGS = [
+    ("none", None, None, ["36", "5"], SAVED),
+    ("folder not writable", lambda file: file.parent.chmod(0o500), None, ["36", "5"], BEFORE),
+    ("folder full", lambda file: fill(file.parent), None, ["36", "5"], BEFORE),
+    ("folder vanished", None, lambda file: shutil.rmtree(file.parent), ["36", "5"], None),
+    ("a folder", lambda file: (file.unlink(), file.mkdir()), None, ["Font size", "10"], None),
+    ("1 GB", lambda file: os.truncate(file, 1 << 30), None, ["Font size", "10"], BEFORE),
+    ("unreadable", lambda file: file.chmod(0), None, ["Font size", "10"], BEFORE),
+    ("changed meanwhile", None, lambda file: file.write_bytes(CHANGED), ["36", "5"], CHANGED_AND_SAVED),
+]
+
+# What the environment lacks, and where the settings are then kept.
+FOLDERS = [
+    (["AppData"], "config"),
+    (["AppData", "XDG_CONFIG_HOME"], ".config"),
+    (["HOME"], "settings"),
+    (["AppData", "HOME"], "config"),
+    (["AppData", "HOME", "XDG_CONFIG_HOME"], None),
+]
+
+
+class Faults(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = cls.enterClassContext(Desktop())
+
+    def setUp(self):
+        self.enterContext(mock.patch.dict(self.desktop.environment))
+        self.renew_settings()
+
+    def renew_settings(self):
+        """A home in which nothing has gone wrong yet."""
+        self.home = Path(tempfile.mkdtemp(dir=self.desktop.home))
+        folders = {"HOME": self.home, "AppData": self.home / "settings", "XDG_CONFIG_HOME": self.home / "config"}
+        self.desktop.environment.update({name: str(folder) for name, folder in folders.items()})
+        self.file = self.home / "settings" / "vellomir" / "vellomir.ini"
+        self.file.parent.mkdir(parents=True)
+        self.file.write_bytes(BEFORE)
+
+    def start(self, *wrapper, program=PROGRAM, title="Vellomir"):
+        return Program(self.desktop, *wrapper, *UNPRIVILEGED, program, title=title)
+
+    def serve(self, mood):
+        """A speech service, which is ready to listen."""
+        socket = self.home / "speech"
+        socket.unlink(missing_ok=True)
+        service = subprocess.Popen([FAKE_SPEECHD, socket, mood], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(service.communicate)
+        self.addCleanup(service.kill)
+        self.desktop.environment["SPEECHD_ADDRESS"] = f"unix_socket:{socket}"
+        self.wait_for_line(service, "listening")
+        return service
+
+    def wait_for_line(self, service, line):
+        self.assertIn(line + "\n", iter(service.stdout.readline, ""))
+
+    def call(self, program, number, count):
+        program.type(f"{number}\r")
+        program.the(f"Balls Called: {count}", "label")
+
+    def choose(self, program, *keys):
+        """Chooses from the main window's menus."""
+        self.desktop.xdotool("windowactivate", "--sync", program.window)
+        program.key("alt", *keys, "Return")
+
+    def titles(self, program):
+        return [window.get_name() for window in program.windows()]
+
+    def assert_ends(self, end, patience=2):
+        start = time.monotonic()
+        self.assertEqual(end(), (0, ""))
+        self.assertLess(time.monotonic() - start, patience)
+
+    def test_settings(self):
+        for fault, before, meanwhile, shown, after in SETTINGS:
+            if fault == "folder full" and not MAY_MOUNT:
+                print("skipped: a full folder, because nothing may be mounted here")
+                continue
+            with self.subTest(fault):
+                self.renew_settings()
+                if before:
+                    before(self.file)
+                with self.start() as program:
+                    self.assertEqual([box.get_name() for box in program.all("combo box")], shown)
+                    if meanwhile:
+                        meanwhile(self.file)
+                    program.click("Font size")
+                    program.key("ctrl+a")
+                    program.type("40\r")
+                    self.call(program, 7, 1)
+                    self.assertEqual(self.titles(program), ["Vellomir"])
+                    self.assert_ends(program.close)
+                self.file.is_file() and self.file.chmod(0o600)
+                self.assertEqual(self.file.read_bytes()[: len(BEFORE)] if self.file.is_file() else None, after)
+
+    def test_folders(self):
+        for lacking, folder in FOLDERS:
+            if folder is None and not MAY_MOUNT:
+                print("skipped: no folder at all, because nothing may be mounted here")
+                continue
+            with self.subTest(lacking):
+                self.renew_settings()
+                shutil.rmtree(self.file.parent)
+                for name in lacking:
+                    del self.desktop.environment[name]
+                with self.start(*([] if folder else READ_ONLY)) as program:
+                    self.call(program, 7, 1)
+                    self.assert_ends(program.close)
+                kept = [str(file.relative_to(self.home)) for file in self.home.rglob("*.ini")]
+                self.assertEqual(kept, [f"{folder}/vellomir/vellomir.ini"] if folder else [])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
