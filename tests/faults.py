@@ -67,6 +67,14 @@ FOLDERS = [
     (["AppData", "HOME", "XDG_CONFIG_HOME"], None),
 ]
 
+NO_SPEECH = {"SPEECHD_CMD": "/nonexistent", "SPEECHD_ADDRESS": "unix_socket:/nonexistent"}
+
+HELP = [
+    ("missing", lambda file: file.unlink(), None),
+    ("unreadable", lambda file: file.chmod(0), None),
+    ("1 GB", lambda file: os.truncate(file, 1 << 30), "(The file goes on. Only its beginning is shown.)"),
+]
+
 
 class Faults(unittest.TestCase):
     @classmethod
@@ -93,7 +101,7 @@ class Faults(unittest.TestCase):
         """A speech service, which is ready to listen."""
         socket = self.home / "speech"
         socket.unlink(missing_ok=True)
-        service = subprocess.Popen([FAKE_SPEECHD, socket, mood], stdout=subprocess.PIPE, text=True)
+        service = self.service = subprocess.Popen([FAKE_SPEECHD, socket, mood], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.addCleanup(service.communicate)
         self.addCleanup(service.kill)
         self.desktop.environment["SPEECHD_ADDRESS"] = f"unix_socket:{socket}"
@@ -107,10 +115,9 @@ class Faults(unittest.TestCase):
         program.type(f"{number}\r")
         program.the(f"Balls Called: {count}", "label")
 
-    def choose(self, program, *keys):
-        """Chooses from the main window's menus."""
+    def open_menu(self, program, *keys):
         self.desktop.xdotool("windowactivate", "--sync", program.window)
-        program.key("alt", *keys, "Return")
+        program.key("alt", *keys)
 
     def titles(self, program):
         return [window.get_name() for window in program.windows()]
@@ -157,6 +164,67 @@ class Faults(unittest.TestCase):
                     self.assert_ends(program.close)
                 kept = [str(file.relative_to(self.home)) for file in self.home.rglob("*.ini")]
                 self.assertEqual(kept, [f"{folder}/vellomir/vellomir.ini"] if folder else [])
+
+    # ---- Signals
+
+    def open_printer_dialog(self, program):
+        self.open_menu(program, "Right", "Down", "Return")
+        program.the("QOR Help", "frame")
+        program.key("alt", "Right", "Return")
+        program.the("Print", "dialog")
+
+    def hear_sample(self, program):
+        self.open_menu(program, "Down", "Return")
+        program.click("German")
+        program.click("Listen")
+        self.wait_for_line(self.service, "SPEAK")
+
+    def test_signals(self):
+        states = {
+            "board": lambda program: None,
+            "question": lambda program: (program.click("Clear Board"), program.the("Clear Board", "alert")),
+            "menu": lambda program: (self.open_menu(program, "Down"), program.the("Exit", "menu item")),
+            "list": lambda program: (program.click("5", "combo box"), program.the("20", "list item")),
+            "printer dialog": self.open_printer_dialog,
+            "sample": self.hear_sample,
+        }
+        signals = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+        for (state, reach), number in zip(states.items(), itertools.cycle(signals)):
+            with self.subTest(state, number=number):
+                self.renew_settings()
+                self.serve("silent")
+                with self.start() as program:
+                    reach(program)
+                    self.file.unlink()
+                    program.process.send_signal(number)
+                    self.assert_ends(program.wait_for_end, 1)
+                self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
+
+    def test_signal_at_the_error_box_of_the_start(self):
+        self.desktop.environment.update(NO_SPEECH)
+        with self.start(title="Run-Time Error") as program:
+            program.process.send_signal(signal.SIGTERM)
+            self.assert_ends(program.wait_for_end, 1)
+        self.assertEqual(self.file.read_bytes(), BEFORE)
+
+    # ---- The display
+
+    def test_display_gone(self):
+        states = {
+            "board": lambda program: None,
+            "question": lambda program: (program.click("Clear Board"), program.the("Clear Board", "alert")),
+            "nobody to hear of it": lambda program: os.dup2(os.open(os.devnull, os.O_RDONLY), program.process.stderr.fileno()),
+        }
+        for state, reach in states.items():
+            with self.subTest(state):
+                self.renew_settings()
+                display = self.desktop.open_screen()
+                with self.start() as program:
+                    reach(program)
+                    self.file.unlink()
+                    display.kill()
+                    self.assertEqual(program.process.wait(2), 1)
+                self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
 
 
 if __name__ == "__main__":
