@@ -28,7 +28,7 @@ if "MAY_MOUNT" not in os.environ:
 MAY_MOUNT = bool(os.environ["MAY_MOUNT"])
 
 PROGRAM = Path(sys.argv.pop(1)).resolve()
-UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
+UNPRIVILEGED = [shutil.which("setpriv"), "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
 READ_ONLY = ["unshare", "--mount", "sh", "-c", 'mount -o remount,bind,ro / && exec "$@"', "sh"]
 FAKE_SPEECHD = Path(__file__).parent / "support" / "fake_speechd.py"
 FAKETIME = next(Path("/usr/lib").glob("*/faketime/libfaketime.so.1"), None)
@@ -69,10 +69,11 @@ FOLDERS = [
 
 NO_SPEECH = {"SPEECHD_CMD": "/nonexistent", "SPEECHD_ADDRESS": "unix_socket:/nonexistent"}
 
+# Fault, what is done to the help text before the start, the box that says so, and the end of what is shown.
 HELP = [
-    ("missing", lambda file: file.unlink(), None),
-    ("unreadable", lambda file: file.chmod(0), None),
-    ("1 GB", lambda file: os.truncate(file, 1 << 30), "(The file goes on. Only its beginning is shown.)"),
+    ("missing", lambda file: file.unlink(), "Help file missing", ""),
+    ("unreadable", lambda file: file.chmod(0), "Help file missing", ""),
+    ("1 GB", lambda file: os.truncate(file, 1 << 30), None, "\n(The file goes on. Only its beginning is shown.)\n"),
 ]
 
 
@@ -111,8 +112,12 @@ class Faults(unittest.TestCase):
     def wait_for_line(self, service, line):
         self.assertIn(line + "\n", iter(service.stdout.readline, ""))
 
+    def enter(self, program, text):
+        program.click("Number to call")
+        program.type(f"{text}\r")
+
     def call(self, program, number, count):
-        program.type(f"{number}\r")
+        self.enter(program, number)
         program.the(f"Balls Called: {count}", "label")
 
     def open_menu(self, program, *keys):
@@ -225,6 +230,76 @@ class Faults(unittest.TestCase):
                     display.kill()
                     self.assertEqual(program.process.wait(2), 1)
                 self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
+
+    # ---- Speech
+
+    def assert_error(self, program, description, number, patience):
+        text = f"Desc: {description}\nErr #: {number}"
+        wait_until(lambda: program.find(text), f"no box says {text!r}", patience)
+        program.key("Return")
+        program.wait_until_gone("Run-Time Error")
+
+    def test_speech(self):
+        faults = {
+            signal.SIGKILL: ("The speech service was lost.", 2),
+            signal.SIGSTOP: ("The speech service does not answer.", 3),
+        }
+        for fault, error in faults.items():
+            self.serve("silent")
+            with self.subTest(fault), self.start() as program:
+                program.click("Make Voice Calls")
+                self.call(program, 7, 1)
+                self.wait_for_line(self.service, "Bee, 7")
+                self.service.send_signal(fault)
+                self.assert_error(program, *error, 20)
+                self.service.kill()
+                self.serve("normal")
+                self.call(program, 33, 2)
+                self.wait_for_line(self.service, "En, 33")
+                self.wait_for_line(self.service, "En, 3 ,3")
+                self.assert_ends(program.close)
+
+    def test_no_speech(self):
+        self.desktop.environment.update(NO_SPEECH)
+        with self.start(title="Run-Time Error") as program:
+            self.assert_error(program, "No speech service is installed.", 1, 5)
+            program.click("Make Voice Calls")
+            for count in (1, 2):
+                self.enter(program, count)
+                self.assert_error(program, "There is no voice to speak with.", 1, 5)
+                program.the(f"Balls Called: {count}", "label")
+            program.key("alt+F4")
+            self.assert_ends(program.wait_for_end)
+
+    # ---- Help and browser
+
+    def open_help(self, program):
+        self.open_menu(program, "Right", "Down", "Return")
+        program.the("QOR Help", "frame")
+
+    def test_help(self):
+        for fault, before, box, end in HELP:
+            with self.subTest(fault):
+                help_text = self.home / "help.txt"
+                help_text.unlink(missing_ok=True)
+                help_text.write_text("Some line.\n" * 50_000)
+                before(help_text)
+                with self.start(program=shutil.copy(PROGRAM, self.home)) as program:
+                    self.open_menu(program, "Right", "Down", "Return")
+                    if box:
+                        program.the(box)
+                        program.key("Return")
+                    program.the("QOR Help", "frame")
+                    self.assertEqual(program.text("Help text")[-50:], end)
+                    self.assert_ends(program.close)
+
+    def test_no_browser(self):
+        with self.start("env", "PATH=/nonexistent") as program:
+            self.open_menu(program, "Right", "Down", "Down", "Return")
+            program.click("Go To Website")
+            program.key("alt+F4")
+            program.wait_until_gone("Go To Website")
+            self.assert_ends(program.close)
 
 
 if __name__ == "__main__":
