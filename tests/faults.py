@@ -16,7 +16,7 @@ import unittest
 from pathlib import Path
 from unittest import mock
 
-from support.desktop import Desktop, Program, wait_until
+from support.desktop import Atspi, Desktop, Program, wait_until
 
 # Mounts are made in a namespace of the test's own, in which most systems let any user make them.
 NAMESPACE = ["unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])]
@@ -344,6 +344,37 @@ class Faults(unittest.TestCase):
         program.the("Auto Call In : 3")
         self.assertEqual(self.count(program), 1)
         self.assert_ends(program.close)
+
+    # ---- The operator
+
+    def test_hasty_keys(self):
+        with self.start() as program:
+            program.click("Number to call")
+            self.desktop.xdotool("type", "--delay", 4, "".join(f"{number}\r" for number in range(1, 76)))
+            program.the("Balls Called: 75", "label")
+            self.assertEqual(program.text("Past numbers").split(), ["O74", "O73", "O72", "O71"])
+            program.key("alt+F4", "alt+F4")
+            self.assert_ends(program.wait_for_end)
+
+    def test_windows_closed_by_the_desktop(self):
+        self.serve("normal")
+        with self.start() as program:
+            self.desktop.xdotool("windowmove", program.window, -3000, -3000)
+            announce = max(
+                (button for button in program.all("push button") if button.get_name() == "Bingo"),
+                key=lambda button: button.get_position(Atspi.CoordType.SCREEN).y,
+            )
+            for open_window in (
+                lambda: self.open_menu(program, "Down", "Return"),
+                lambda: self.open_menu(program, "Right", "Down", "Return"),
+                lambda: self.open_menu(program, "Right", "Down", "Down", "Return"),
+                lambda: announce.do_action(0),
+            ):
+                open_window()
+                wait_until(lambda: len(self.titles(program)) == 2)
+                program.key("alt+F4")
+                wait_until(lambda: self.titles(program) == ["Vellomir"])
+            self.assert_ends(program.close)
 
 
 if __name__ == "__main__":
