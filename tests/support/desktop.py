@@ -11,6 +11,7 @@ Places are screen pixels, as (x, y, width, height).
 
 import contextlib
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -125,6 +126,16 @@ class Desktop:
 
     def click_at(self, x, y):
         self.xdotool("mousemove", x, y, "click", 1)
+
+    def _property(self, name, *window):
+        command = ["xprop", *window, name]
+        return subprocess.run(command, env=self.environment, capture_output=True, text=True, check=True).stdout
+
+    def taskbar(self):
+        """The titles of the windows that a taskbar lists."""
+        windows = re.findall(r"0x\w+", self._property("_NET_CLIENT_LIST", "-root"))
+        listed = [w for w in windows if "SKIP_TASKBAR" not in self._property("_NET_WM_STATE", "-id", w)]
+        return [self.xdotool("getwindowname", window) for window in listed]
 
     def save_picture(self, file, window="root"):
         command = ["import", "-silent", "-window", window, str(file)]
