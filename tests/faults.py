@@ -109,16 +109,16 @@ class Faults(unittest.TestCase):
         """Starts a speech service that programs started from now on will find."""
         socket = self.home / "speech"
         socket.unlink(missing_ok=True)
-        self.service = subprocess.Popen(
-            [FAKE_SPEECHD, socket, mood], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
-        )
-        self.addCleanup(self.service.communicate)
+        with (self.home / "heard").open("w") as heard:
+            self.service = subprocess.Popen([FAKE_SPEECHD, socket, mood], stdout=heard, stderr=subprocess.DEVNULL)
+        self.addCleanup(self.service.wait)
         self.addCleanup(self.service.kill)
         self.desktop.environment["SPEECHD_ADDRESS"] = f"unix_socket:{socket}"
         self.wait_until_served("listening")
 
     def wait_until_served(self, line):
-        self.assertIn(line + "\n", iter(self.service.stdout.readline, ""))
+        heard = self.home / "heard"
+        wait_until(lambda: line in heard.read_text().splitlines(), f"the service did not hear {line!r}")
 
     def choose(self, program, keys):
         self.desktop.xdotool("windowactivate", "--sync", program.window)
