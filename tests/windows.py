@@ -91,10 +91,12 @@ class EveryWindow(unittest.TestCase):
         self.desktop.click_at(x + 5, y + 5)
         wait_until(lambda: len(self.program.windows()) == 2, "no announcement")
         self.assert_all_is_named("Vellomir")
+        self.assertEqual(self.desktop.taskbar(), ["Vellomir"])
 
     def test_all_end_with_the_board(self):
         self.choose(1, 1, "QOR Help")
         self.choose(1, 2, "About")
+        self.assertEqual(self.desktop.taskbar(), ["Vellomir"])
         self.assertEqual(self.program.close(), (0, ""))
 
 

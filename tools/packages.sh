@@ -8,6 +8,7 @@ packages_build=(
     cmake
     ninja-build
     qt6-base-dev
+    libxcb1-dev
     qt6-speech-dev
     qt6-declarative-dev # qt6-speech-dev's CMake files ask for it
 )
@@ -25,6 +26,8 @@ packages_desktop=(
     xvfb
     openbox
     xdotool
+    x11-utils
+    faketime
     imagemagick
     dbus-daemon
     at-spi2-core

@@ -8,6 +8,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
+
+#include <cstdlib>
 
 namespace modMain {
 
@@ -20,7 +23,33 @@ const QString section = QStringLiteral("Options");
 const QString fontSizeKey = QStringLiteral("FontSz");
 const QString intervalKey = QStringLiteral("AutoCallTm");
 
-/// Ends the program when the window is closed, and closes the window when the system ends the program.
+/// The main window, from when it holds the settings until it is destroyed.
+QPointer<frmMain> board;
+
+void saveOpenBoard()
+{
+    if (board)
+        SaveSettings(*board);
+}
+
+void endForSystem()
+{
+    if (board)
+        board->close();
+    else
+        std::_Exit(EXIT_SUCCESS); // at the error box of the start there is nothing to keep yet
+}
+
+/// Must be there before the first box is: hears the system's wish that the program end.
+void hearSystem()
+{
+    auto *signals = new platform::EndSignals(qApp);
+    QObject::connect(signals, &platform::EndSignals::ended, qApp, endForSystem);
+    QObject::connect(signals, &platform::EndSignals::saveRequested, qApp, saveOpenBoard);
+    std::atexit(saveOpenBoard); // so does Qt leave when the display is gone
+}
+
+/// Ends the program when the window is closed.
 void endWith(frmMain *window)
 {
     QObject::connect(window, &frmMain::unloading, qApp, [window] {
@@ -28,11 +57,6 @@ void endWith(frmMain *window)
         QCoreApplication::exit();
     });
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [window] { delete window; });
-
-    auto *signals = new platform::EndSignals(qApp);
-    QObject::connect(signals, &platform::EndSignals::ended, window, &QWidget::close);
-    QObject::connect(signals, &platform::EndSignals::saveRequested, window,
-                     [window] { SaveSettings(*window); });
 }
 
 } // namespace
@@ -57,6 +81,7 @@ void SaveSettings(const frmMain &window)
 void Main()
 {
     Voice = {};
+    hearSystem();
     auto *window = new frmMain(Voice);
     endWith(window);
 
@@ -65,6 +90,7 @@ void Main()
         platform::createFolder(folder);
     SettingsPath = folder + QDir::separator() + platform::executableName() + QStringLiteral(".ini");
     LoadSettings(*window);
+    board = window;
 
     window->clearDisplays();
     window->BuildButts();

@@ -3,6 +3,7 @@
 #include "platform/controls.h"
 #include "platform/message_box.h"
 #include "platform/rich_text_box.h"
+#include "platform/tool_window.h"
 #include "windows/frmBingo.h"
 
 #include <QTimer>
@@ -53,7 +54,5 @@ void frmMain::cBingo_Click()
     if (!m_frmBingo)
         m_frmBingo = new frmBingo(this);
     m_frmBingo->setGeometry(frameGeometry());
-    m_frmBingo->show();
-    m_frmBingo->raise();
-    m_frmBingo->activateWindow();
+    platform::showInFront(m_frmBingo);
 }

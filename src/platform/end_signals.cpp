@@ -50,6 +50,7 @@ void EndSignals::hearSignals()
     action.sa_flags = SA_RESTART;
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaction(signal, &action, nullptr);
+    std::signal(SIGPIPE, SIG_IGN); // a pipe or socket that nobody reads is no reason to end unsaved
 }
 
 #else

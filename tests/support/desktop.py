@@ -11,6 +11,7 @@ Places are screen pixels, as (x, y, width, height).
 
 import contextlib
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -70,16 +71,22 @@ class Desktop:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_QPA_PLATFORM": "xcb",
         }
+        bus = self._first_line(["dbus-daemon", "--session", "--nofork", "--print-address=1"])
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus
+        self.open_screen(size)
+        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        Atspi.init()
+
+    def open_screen(self, size="1600x1000"):
+        """Opens a screen with a window manager, for all that is started from now on; returns the X server."""
         display = self._first_line(
             ["Xvfb", "-displayfd", "1", "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"]
         )
+        server = self.children[-1]
         self.environment["DISPLAY"] = f":{display}"
-        bus = self._first_line(["dbus-daemon", "--session", "--nofork", "--print-address=1"])
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus
         self._spawn(["openbox", "--sm-disable"])
         wait_until(self._has_window_manager, "openbox did not start")
-        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
-        Atspi.init()
+        return server
 
     def _folder(self, name):
         folder = self.home / name
@@ -120,6 +127,16 @@ class Desktop:
     def click_at(self, x, y):
         self.xdotool("mousemove", x, y, "click", 1)
 
+    def _property(self, name, *window):
+        command = ["xprop", *window, name]
+        return subprocess.run(command, env=self.environment, capture_output=True, text=True, check=True).stdout
+
+    def taskbar(self):
+        """The titles of the windows that a taskbar lists."""
+        windows = re.findall(r"0x\w+", self._property("_NET_CLIENT_LIST", "-root"))
+        listed = [w for w in windows if "SKIP_TASKBAR" not in self._property("_NET_WM_STATE", "-id", w)]
+        return [self.xdotool("getwindowname", window) for window in listed]
+
     def save_picture(self, file, window="root"):
         command = ["import", "-silent", "-window", window, str(file)]
         subprocess.run(command, env=self.environment, check=True)
@@ -158,23 +175,24 @@ class Desktop:
 
 
 class Program:
-    """The program on a desktop, from its first window to its end."""
+    """The program on a desktop, from its first window to its end. `command` may begin with others that run it
+    in their place."""
 
-    def __init__(self, desktop, path, *arguments):
+    def __init__(self, desktop, *command, title="Vellomir"):
         self.desktop = desktop
-        self.process = desktop._spawn([path, *arguments], stderr=subprocess.PIPE, text=True)
+        self.process = desktop._spawn(command, stderr=subprocess.PIPE, text=True)
         try:
-            self.window = wait_until(self._find_window, "the program showed no window")
+            self.window = wait_until(lambda: self._find_window(title), "the program showed no window")
             desktop.xdotool("windowactivate", "--sync", self.window)
         except BaseException:
             self.kill()
             raise
 
-    def _find_window(self):
-        """The X window of the main window, once it is on screen and readable from outside."""
+    def _find_window(self, title):
+        """The X window of that title, once it is on screen and readable from outside."""
         if self.process.poll() is not None:
             raise Missing(f"the program ended with {self.process.returncode}: {self.process.stderr.read()}")
-        search = ["xdotool", "search", "--onlyvisible", "--name", "^Vellomir$"]
+        search = ["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"]
         found = subprocess.run(search, env=self.desktop.environment, capture_output=True, text=True, check=False)
         return self._application() and found.stdout.split() and found.stdout.split()[0]
 
