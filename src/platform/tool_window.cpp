@@ -37,10 +37,9 @@ xcb_atom_t atom(xcb_connection_t *display, QByteArrayView name)
 /// words. Qt does not tell them; when it shows the window it adds its own states to this one.
 void keepOffTaskbar(const QWidget *window)
 {
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    if (QGuiApplication::platformName() != QStringLiteral("xcb"))
         return;
-    xcb_connection_t *display = x11->connection();
+    xcb_connection_t *display = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
     const xcb_atom_t skip = atom(display, "_NET_WM_STATE_SKIP_TASKBAR");
     xcb_change_property(display, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window->winId()),
                         atom(display, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, 1, &skip);
