@@ -136,6 +136,9 @@ class Faults(unittest.TestCase):
     def titles(self, program):
         return [window.get_name() for window in program.windows()]
 
+    def is_active(self, window):
+        return window.get_state_set().contains(Atspi.StateType.ACTIVE)
+
     def can_mount(self, what):
         if not MAY_MOUNT:
             print(f"skipped, because nothing may be mounted here: {what}")
@@ -340,7 +343,7 @@ class Faults(unittest.TestCase):
             self.desktop.xdotool("windowmove", program.window, -3000, -3000)
             for keys in (VOICES, HELP_KEYS, ABOUT, None):
                 self.choose(program, keys) if keys else announce.do_action(0)
-                wait_until(lambda: len(self.titles(program)) == 2)
+                wait_until(lambda: len(self.titles(program)) == 2 and self.is_active(program.windows()[1]))
                 program.key("alt+F4")
                 wait_until(lambda: self.titles(program) == ["Vellomir"])
             self.assert_closes(program)
