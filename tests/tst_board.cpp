@@ -243,19 +243,6 @@ private Q_SLOTS:
             QVERIFY(count() == 6 && w.entry()->text().isEmpty());
         }
     }
-
-    void drawsTheWholeBoard()
-    {
-        const MainWindow w;
-        for (int i = 1; i <= 75; ++i)
-            w.press("cRandNum");
-        QCOMPARE(w.red().split(' ').size(), 75);
-        QCOMPARE(w.called(), w.red());
-        const Answer ok(QMessageBox::Ok);
-        w.press("cRandNum");
-        QVERIFY(ok.said.join("").endsWith("|Full Board....") && ok.buttons == QMessageBox::Ok);
-        QCOMPARE(w.caption("lblCallCnt"), "Balls Called: 75");
-    }
 };
 
 QTEST_MAIN(TestBoard)

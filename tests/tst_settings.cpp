@@ -5,11 +5,14 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
 #ifdef Q_OS_UNIX
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -96,6 +99,27 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(target));
         QCOMPARE(mkfifo(qPrintable(target), 0600), 0);
         QVERIFY(read().isEmpty() && !write("40"));
+    }
+
+    /// A program that is killed while it saves leaves the old file or the new one, whole.
+    void killedWhileSaving()
+    {
+        const auto file = [](qsizetype length) {
+            return "[Options]\nFontSz=" + QByteArray(length, '7') + "\n; " + QByteArray(100'000, 'x');
+        };
+        int replaced = 0;
+        for (int kill = 0; kill < 1000; ++kill) {
+            setBytes(path, file(1));
+            const pid_t child = fork();
+            for (int save = 2; child == 0; ++save)
+                write(QString(1 + save % 50, '7'));
+            usleep(QRandomGenerator::global()->bounded(6000U));
+            QCOMPARE(::kill(child, SIGKILL), 0);
+            QCOMPARE(waitpid(child, nullptr, 0), child);
+            QVERIFY(bytesOf(path) == file(read().size()));
+            replaced += read().size() > 1;
+        }
+        QVERIFY2(replaced > 100, qPrintable(QString::number(replaced)));
     }
 #endif
 

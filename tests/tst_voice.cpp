@@ -114,30 +114,15 @@ private Q_SLOTS:
 
     void noService()
     {
-        FakeSpeech none;
-        none.isInstalled = false;
-        platform::SpVoice::setSystemEngine(none.factory());
-        const Answer ok(QMessageBox::Ok);
-        VoiceChoice voice;
-        frmMain window(voice);
-        QVERIFY(ok.said.join("").startsWith("Run-Time Error|Desc: No speech service is installed.\nErr #: "));
-        window.BuildButts();
-        window.BuildDemo();
-        window.DrawBoards();
-        window.findChild<QCheckBox *>("chkMakeVoiceCall")->setChecked(true);
-        window.cButt_Click(1);
-        window.cButt_Click(2);
-        QVERIFY(ok.said.size() == 3 && window.findChild<QLabel *>("lblCallCnt")->text() == "Balls Called: 2");
-
         TalkingWindow w;
+        const Answer ok(QMessageBox::Ok);
         w.speech.isInstalled = false;
         QTimer::singleShot(0, &w.window, [&] { w.openVoices(); });
-        QTRY_COMPARE(ok.said.size(), 4);
+        QTRY_COMPARE(ok.said.size(), 1);
         auto *options = w.window.findChild<frmVoices *>();
-        QVERIFY(options && options->isVisible());
         QCOMPARE(ok.owner.data(), options); // over another window it would bring that one to the front
         w.press(options, "cListen");
-        QVERIFY(ok.said.size() == 5 && options->close());
+        QVERIFY(ok.said.size() == 2 && options->close());
     }
 
     void choosingAVoice()

@@ -113,17 +113,6 @@ private Q_SLOTS:
         QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
     }
 
-    void helpWithoutAFile()
-    {
-        const QTemporaryDir folder;
-        const Answer ok(QMessageBox::Ok);
-        const frmHelp none(folder.path(), &m_owner);
-        QVERIFY(QDir(folder.path()).mkdir("help.txt"));
-        const frmHelp notAFile(folder.path(), &m_owner);
-        QCOMPARE(ok.said, QStringList(2, QApplication::applicationDisplayName() + "|Help file missing"));
-        QVERIFY(textOf(&none)->toPlainText().isEmpty() && textOf(&notAFile)->toPlainText().isEmpty());
-    }
-
     void prints()
     {
         QStringList words;
@@ -149,33 +138,19 @@ private Q_SLOTS:
         }
     }
 
-    void closingTheMainWindowClosesAll()
+    void closeWithTheMainWindow()
     {
         MainWindow w;
         const Answer ok(QMessageBox::Ok); // there is no help text beside a test
-        QPointer<QWidget> windows[2];
-        int calls = 0;
-        for (const bool isLast : {false, true}) {
-            for (const char *name : {"Help", "About"}) {
-                w.choose(QString("mnu") + name);
-                w.choose(QString("mnu") + name);
-                QPointer<QWidget> &window = windows[*name == 'A'];
-                window = w.find(QString("frm") + name);
-                QCOMPARE(w.window.findChildren<QWidget *>(window->objectName()).size(), 1);
-                QTRY_COMPARE(QApplication::activeWindow(), window.data());
-                w.press(++calls); // the main window stays usable
-                if (!isLast) {
-                    window->close();
-                    QTRY_VERIFY(!window);
-                }
-            }
-        }
+        w.choose("mnuHelp");
+        w.choose("mnuAbout");
+        const QPointer<QWidget> help = w.find("frmHelp"), about = w.find("frmAbout");
         bool areClosed = false;
         connect(&w.window, &frmMain::unloading, this,
-                [&] { areClosed = !windows[0]->isVisible() && !windows[1]->isVisible(); });
+                [&] { areClosed = !help->isVisible() && !about->isVisible(); });
         w.window.close();
         QVERIFY(areClosed);
-        QTRY_VERIFY(!windows[0] && !windows[1]);
+        QTRY_VERIFY(!help && !about);
     }
 
 private:

@@ -120,7 +120,8 @@ public:
         m_timer.callOnTimeout([this, answer] {
             if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
                 said += box->windowTitle() + '|' + box->text();
-                owner = box->parentWidget();
+                owner =
+                    box->parentWidget() && box->parentWidget()->isVisible() ? box->parentWidget() : nullptr;
                 buttons = box->standardButtons();
                 MainWindow::click(box->button(answer));
             }
@@ -129,7 +130,7 @@ public:
     }
 
     QStringList said;
-    QPointer<QWidget> owner;              ///< of the last one
+    QPointer<QWidget> owner;              ///< of the last one, when it is on screen
     QMessageBox::StandardButtons buttons; ///< of the last one
 
 private:
