@@ -112,11 +112,6 @@ class EndToEnd(unittest.TestCase):
         self.program.wait_until_gone("Full Board....")
         self.wait_for_count(75)
 
-    def test_the_window_keeps_its_least_size(self):
-        self.program.resize(300, 200)
-        wait_until(lambda: self.program.size()[0] == 926, "the window is not as small as it can be")
-        self.assertEqual(self.program.place("Called numbers")[2], 865)
-
     def assert_all_is_named(self):
         """Whatever can have the focus says what it is."""
         for found in self.program.everything():

@@ -18,11 +18,8 @@ private Q_SLOTS:
     void places()
     {
         const MainWindow w;
-        const struct
-        {
-            const char *name;
-            QRect place; // in its container
-        } rows[] = {
+        const std::pair<const char *, QRect> rows[] = {
+            // places in the container
             {"cButt(15)", {406, 28, 24, 24}},   {"cButt(16)", {28, 55, 24, 24}},
             {"cDemoButt(9)", {72, 23, 73, 17}}, {"cDemoButt(21)", {152, 136, 33, 17}},
             {"cPause", {1036, 168, 120, 22}},   {"RTB2", {48, 191, 1221, 473}},
@@ -102,12 +99,9 @@ private Q_SLOTS:
                          display->verticalScrollBar()->value();
             return found;
         };
-        const struct
-        {
-            const char *typed, *shown;
-            double drawn;
-        } rows[] = {{"huge", "huge", 33}, {"3", "5", 5},    {"250", "100", 100}, {"12.5", "12.5", 12.5},
-                    {"", "", 12.5},       {"52", "52", 52}, {"20", "20", 20}};
+        const std::tuple<const char *, const char *, double> rows[] = {
+            {"huge", "huge", 33}, {"3", "5", 5},    {"250", "100", 100}, {"12.5", "12.5", 12.5},
+            {"", "", 12.5},       {"52", "52", 52}, {"20", "20", 20}};
         for (const auto &[typed, shown, drawn] : rows) {
             font->setEditText(typed);
             QTest::keyClick(font->lineEdit(), Qt::Key_Return);

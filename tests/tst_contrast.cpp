@@ -43,12 +43,7 @@ private Q_SLOTS:
         const auto of = [](QPalette::ColorRole role, QPalette::ColorGroup group = QPalette::Active) {
             return QApplication::palette().color(group, role);
         };
-        const struct
-        {
-            const char *what;
-            QColor text, ground;
-            double least;
-        } texts[] = {
+        const std::tuple<const char *, QColor, QColor, double> texts[] = {
             {"Labels and check boxes", of(QPalette::WindowText), of(QPalette::Window), 4.5},
             {"Buttons", of(QPalette::ButtonText), of(QPalette::Button), 4.5},
             {"Numbers on buttons, not called", of(QPalette::ButtonText), colors::buttonFace, 4.5},

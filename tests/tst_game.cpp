@@ -7,9 +7,6 @@
 #include "support/main_window.h"
 #include "windows/frmBingo.h"
 
-#include <QElapsedTimer>
-#include <QSignalSpy>
-
 namespace {
 
 /// A window whose countdown is driven tick by tick.
@@ -72,16 +69,6 @@ private Q_SLOTS:
         w.toggleAutoCall();
         w.tick();
         QCOMPARE(w.countdown(), "in 1|Pause");
-    }
-
-    void countdownInRealTime()
-    {
-        const GameWindow w;
-        QElapsedTimer clock;
-        w.toggleAutoCall();
-        clock.start();
-        QTRY_COMPARE(w.draws(), 1);
-        QVERIFY2(qAbs(clock.elapsed() - 2000) < 150, qPrintable(QString::number(clock.elapsed())));
     }
 
     void fullBoardGoesOnAsking()
@@ -197,15 +184,6 @@ private Q_SLOTS:
         QTRY_COMPARE(ok.said.last(), "Run-Time Error|Desc: out of paper\nErr #: -1");
         w.press(10);
         QCOMPARE(w.called(), "10");
-    }
-
-    void closing()
-    {
-        GameWindow w;
-        const QSignalSpy unloading(&w.window, &frmMain::unloading);
-        w.window.close();
-        w.choose("mnuExit");
-        QCOMPARE(unloading.size(), 2);
     }
 };
 

@@ -26,10 +26,7 @@ private Q_SLOTS:
     /// Each row reads FontSz of Options ("-": it is not there), then sets it to 40.
     void profiles()
     {
-        const struct
-        {
-            QByteArray before, read, after;
-        } rows[] = {
+        const std::array<QByteArray, 3> rows[] = {
             {"", "-", "[Options]\r\nFontSz=40\r\n"},
             {" [ oPTIONS ] \n\tfONTsZ\t=  33 \t\r\n", "33", " [ oPTIONS ] \n\tfONTsZ\t=  40 \t\r\n"},
             {"[Options]\nFontSz=\nB=2", "", "[Options]\nFontSz=40\nB=2"},

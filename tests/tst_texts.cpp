@@ -2,8 +2,8 @@
 
 #include "platform/text_file.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
 #ifdef Q_OS_UNIX
@@ -49,21 +49,15 @@ Next\tab one\line \u8364? \u-10179?\u-8704? a\\b\~c\par})",
 #endif
     }
 
-    void hugeFileIsCutAtACharacter()
+    void longFileIsCutAtACharacter()
     {
-        const QTemporaryDir folder;
-        QFile file(folder.filePath("huge.txt"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QTemporaryFile file;
+        QVERIFY(file.open());
         file.write("xy" + QByteArray("€").repeated(platform::longestText));
-        QVERIFY(file.resize(100'000'000));
         file.close();
-        QElapsedTimer clock;
-        clock.start();
         const QString text = platform::readTextFile(file.fileName()).value_or("");
-        QVERIFY(clock.elapsed() < 500);
         const qsizetype whole = (platform::longestText - 2) / 3;
-        QVERIFY(text.startsWith("xy" + QString(whole, u'€')));
-        QVERIFY(text.mid(2 + whole).startsWith("\n\n(The file goes on."));
+        QVERIFY(text.startsWith("xy" + QString(whole, u'€') + "\n\n(The file goes on."));
     }
 };
 

@@ -145,11 +145,12 @@ private Q_SLOTS:
         w.choose("mnuHelp");
         w.choose("mnuAbout");
         const QPointer<QWidget> help = w.find("frmHelp"), about = w.find("frmAbout");
-        bool areClosed = false;
+        int endings = 0;
         connect(&w.window, &frmMain::unloading, this,
-                [&] { areClosed = !help->isVisible() && !about->isVisible(); });
+                [&] { endings += !help->isVisible() && !about->isVisible(); });
         w.window.close();
-        QVERIFY(areClosed);
+        w.choose("mnuExit");
+        QCOMPARE(endings, 2);
         QTRY_VERIFY(!help && !about);
     }
 
