@@ -269,16 +269,6 @@ class Program:
         accessible = self.find(name)
         return accessible and accessible.get_state_set().contains(Atspi.StateType.FOCUSED)
 
-    def resize(self, width, height):
-        """Asks for a size of the window without its frame."""
-        self.desktop.xdotool("windowsize", self.window, width, height)
-
-    def size(self):
-        """Width and height of the window without its frame."""
-        geometry = self.desktop.xdotool("getwindowgeometry", "--shell", self.window).splitlines()
-        values = dict(line.split("=") for line in geometry)
-        return int(values["WIDTH"]), int(values["HEIGHT"])
-
     def save_picture(self, file):
         """A picture of the window without its frame."""
         self.desktop.save_picture(file, self.window)
