@@ -92,15 +92,14 @@ private Q_SLOTS:
         QTRY_COMPARE(bench.service.texts(), QStringList("one"));
         Q_EMIT bench.service.engine->failed(SpLost, "lost");
         QTRY_COMPARE(bench.log, QStringList({"known", "failed 2"}));
-        QTRY_VERIFY(!bench.service.engine);
         bench.service.isInstalled = false;
         QVERIFY_THROWS_EXCEPTION(Error, bench.voice->Speak("thrown", async));
         bench.service.isInstalled = bench.service.speaksByItself = true;
         bench.speak({"anew"});
-        QTRY_COMPARE(bench.log, QStringList({"known", "failed 2", "known", "end 4"}));
+        QTRY_COMPARE(bench.log.last(), "end 4");
         Q_EMIT bench.service.engine->failed(SpLost, "lost"); // while nobody speaks: nobody's failure
         bench.speak({"again"});
-        QTRY_COMPARE(bench.log.mid(4), QStringList({"known", "end 5"}));
+        QTRY_COMPARE(bench.log, QStringList({"known", "failed 2", "known", "end 4", "known", "end 5"}));
         QCOMPARE(bench.service.texts(), QStringList({"one", "anew", "again"}));
     }
 

@@ -83,8 +83,8 @@ private Q_SLOTS:
             {"Gee, 4 ,8", "Gee, 4 , "}, // two calls at once: the follow-up again
             {"And After", "And After"}, {"", ""},
             {"gee, 48", "gee, 48"},     {" En, 33", " En, 33"},
-            {"Be", "Bee,  ,"},          {"Eye, 2", "Eye, 2 ,"},
-            {"Beast4", "And After"},
+            {"Be", "Bee,  ,"},          {"En", "En,  ,"},
+            {"Eye, 2", "Eye, 2 ,"},     {"Beast4", "And After"},
         };
         for (const auto &[phrase, followUp] : followUps)
             QCOMPARE(voice::followUp(phrase), followUp);
