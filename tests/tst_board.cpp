@@ -185,13 +185,6 @@ private Q_SLOTS:
         QCOMPARE(w.display("RTB3")->colorAt(0), platform::colors::red);
         w.press(75);
         QCOMPARE(w.seen(), "6|O75|N33 O61 N44 B7  |7 12 33 44 61 75");
-        {
-            const Answer no(QMessageBox::No);
-            w.press(7);
-            QCOMPARE(no.said.value(0), "Clear Board|Clearing button,\nAre you sure?");
-            QCOMPARE(no.buttons, QMessageBox::Yes | QMessageBox::No);
-            QCOMPARE(w.seen(), "6|O75|N33 O61 N44 B7  |7 12 33 44 61 75");
-        }
         const Answer yes(QMessageBox::Yes);
         w.enter("B7");
         QCOMPARE(w.seen(), "6|O75|N33 O61 N44 B7  |12 33 44 61 75");

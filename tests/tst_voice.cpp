@@ -66,27 +66,26 @@ private Q_SLOTS:
         QCOMPARE(w.said(), said); // neither what is taken back nor what is called in silence
     }
 
-    void untickingBetweenThePhrases()
+    void phrasesInTheService()
     {
         TalkingWindow w(false);
-        w.press(33);
-        QTRY_COMPARE(w.said(), "En, 33");
-        w.setVoiceCalls(false);
-        w.end();
-        QTRY_COMPARE(w.said(), "En, 33|En, 3 ,3");
-    }
-
-    void twoCallsInQuickSuccession()
-    {
-        TalkingWindow w(false);
-        w.press(12);
-        w.press(48);
-        for (int said = 1; said <= 4; ++said) {
-            QTRY_COMPARE(w.speech.spoken.size(), said);
+        const auto endAfter = [&](const char *said) {
+            QTRY_COMPARE(w.said(), said);
             w.end();
-        }
+        };
+        w.press(33);
+        endAfter("En, 33");
+        w.setVoiceCalls(false); // between the phrases
+        endAfter("En, 33|En, 3 ,3");
+        w.speech.spoken.clear();
+        w.setVoiceCalls(true);
+        w.press(12); // two in quick succession
+        w.press(48);
+        for (const char *said : {"Bee, 12", "Bee, 12|Gee, 48", "Bee, 12|Gee, 48|Gee, 4 ,8",
+                                 "Bee, 12|Gee, 48|Gee, 4 ,8|Gee, 4 , "})
+            endAfter(said);
         QTest::qWait(10);
-        QCOMPARE(w.said(), "Bee, 12|Gee, 48|Gee, 4 ,8|Gee, 4 , ");
+        QCOMPARE(w.speech.spoken.size(), 4);
     }
 
     /// The count of phrases stays where it was: the next call is said once, the one after that twice again.

@@ -122,7 +122,6 @@ public:
                 said += box->windowTitle() + '|' + box->text();
                 owner =
                     box->parentWidget() && box->parentWidget()->isVisible() ? box->parentWidget() : nullptr;
-                buttons = box->standardButtons();
                 MainWindow::click(box->button(answer));
             }
         });
@@ -130,8 +129,7 @@ public:
     }
 
     QStringList said;
-    QPointer<QWidget> owner;              ///< of the last one, when it is on screen
-    QMessageBox::StandardButtons buttons; ///< of the last one
+    QPointer<QWidget> owner; ///< of the last one, when it is on screen
 
 private:
     QTimer m_timer;
