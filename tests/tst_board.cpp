@@ -195,6 +195,21 @@ private Q_SLOTS:
         QVERIFY(w.entryHasFocus() && w.entry()->text().isEmpty());
     }
 
+    /// The second call is on the screen when its press returns.
+    void callIsPaintedAtOnce()
+    {
+        const MainWindow w;
+        w.press(12);
+        QCoreApplication::processEvents();
+        qApp->installEventFilter(this);
+        w.number(33)->click();
+        qApp->removeEventFilter(this);
+        QSet<QObject *> shown{w.number(33), w.find("lblCallCnt")};
+        for (const char *name : {"RTB2", "RTB3", "RTB4"})
+            shown += w.display(name)->viewport();
+        QVERIFY(m_painted.contains(shown));
+    }
+
     void entry()
     {
         const MainWindow w;
@@ -230,6 +245,16 @@ private Q_SLOTS:
             QVERIFY(count() == 6 && w.entry()->text().isEmpty());
         }
     }
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_painted += watched;
+        return false;
+    }
+
+    QSet<QObject *> m_painted;
 };
 
 QTEST_MAIN(TestBoard)

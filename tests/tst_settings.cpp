@@ -3,6 +3,7 @@
 #include "app/mod_ini_Stuff.h"
 #include "platform/profile_file.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -104,13 +105,17 @@ private Q_SLOTS:
         const auto file = [](qsizetype length) {
             return "[Options]\nFontSz=" + QByteArray(length, '7') + "\n; " + QByteArray(100'000, 'x');
         };
+        QElapsedTimer clock;
+        clock.start();
+        write("7");
+        const auto longestWait = static_cast<quint32>(3 * clock.nsecsElapsed() / 1000);
         int replaced = 0;
         for (int kill = 0; kill < 1000; ++kill) {
             setBytes(path, file(1));
             const pid_t child = fork();
             for (int save = 2; child == 0; ++save)
                 write(QString(1 + save % 50, '7'));
-            usleep(QRandomGenerator::global()->bounded(6000U));
+            usleep(QRandomGenerator::global()->bounded(longestWait));
             QCOMPARE(::kill(child, SIGKILL), 0);
             QCOMPARE(waitpid(child, nullptr, 0), child);
             QVERIFY(bytesOf(path) == file(read().size()));
