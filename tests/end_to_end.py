@@ -135,8 +135,10 @@ class EndToEnd(unittest.TestCase):
             wait_until(lambda: self.active_window() in titles, f"no window {titles} came to the front")
             self.assert_all_is_named()
             if titles == ["QOR Help"]:
+                self.assertEqual(self.desktop.taskbar(), ["Vellomir"])
                 self.assertIn("1. WHAT THE WINDOW SHOWS", self.program.text("Help text"))
             if titles == ["About"]:
+                self.assertEqual(self.desktop.taskbar(), ["Vellomir"])
                 x, y, width, height = self.program.place("About", "filler")
                 self.assertAlmostEqual(x + width / 2, 800, delta=2)
                 # The caption is above; how high it is depends on the window manager's font.
@@ -148,6 +150,7 @@ class EndToEnd(unittest.TestCase):
         self.desktop.click_at(x + width + 50, y + height // 2)
         wait_until(lambda: len(self.program.windows()) > before, "no announcement")
         self.assert_all_is_named()
+        self.assertEqual(self.desktop.taskbar(), ["Vellomir"])
 
 
 class WithoutADisplay(unittest.TestCase):

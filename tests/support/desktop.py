@@ -86,8 +86,7 @@ class Desktop:
         self.environment["DISPLAY"] = f":{display}"
         self._spawn(["openbox", "--sm-disable"])
         wait_until(lambda: self.xdotool("get_desktop", check=False), "openbox did not start")
-        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
-        Atspi.init()
+        return server
 
     def _folder(self, name):
         folder = self.home / name
@@ -187,7 +186,7 @@ class Program:
         """The X window of that title, once it is on screen and readable from outside."""
         if self.process.poll() is not None:
             raise Missing(f"the program ended with {self.process.returncode}: {self.process.stderr.read()}")
-        found = self.desktop.xdotool("search", "--onlyvisible", "--name", "^Vellomir$", check=False).split()
+        found = self.desktop.xdotool("search", "--onlyvisible", "--name", f"^{title}$", check=False).split()
         return self._application() and found and found[0]
 
     def _application(self):
