@@ -1,137 +1,148 @@
-// What can be said of numbers and entries without a screen.
+// What can be said without a screen: labels, entries, the draw, the phrases of the voice and the texts of
+// files.
 
+#include "board/draw.h"
 #include "board/entry.h"
 #include "board/numbers.h"
-#include "platform/numeric.h"
+#include "platform/text_file.h"
+#include "voice/phrases.h"
 
+#include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
+
+#include <numeric>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 class TestVocabulary : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void labels_data();
-    void labels();
-    void boardTextHoldsEveryCellAtItsOffset();
-    void letterColumns();
-    void numbersAsTyped_data();
-    void numbersAsTyped();
-    void entries_data();
-    void entries();
-};
-
-void TestVocabulary::labels_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("current");
-    QTest::addColumn<QString>("past");
-    QTest::newRow("empty slot") << 0 << ""
-                                << "";
-    QTest::newRow("one digit is padded in the past list") << 7 << "B7"
-                                                          << "B7 ";
-    QTest::newRow("last B") << 15 << "B15"
-                            << "B15";
-    QTest::newRow("first I") << 16 << "I16"
-                             << "I16";
-    QTest::newRow("last I") << 30 << "I30"
-                            << "I30";
-    QTest::newRow("first N") << 31 << "N31"
-                             << "N31";
-    QTest::newRow("last N") << 45 << "N45"
-                            << "N45";
-    QTest::newRow("first G") << 46 << "G46"
-                             << "G46";
-    QTest::newRow("last G") << 60 << "G60"
-                            << "G60";
-    QTest::newRow("first O") << 61 << "O61"
-                             << "O61";
-    QTest::newRow("last O") << 75 << "O75"
-                            << "O75";
-    QTest::newRow("past the end") << 76 << ""
-                                  << "";
-}
-
-void TestVocabulary::labels()
-{
-    QFETCH(int, number);
-    QTEST(board::currentLabel(number), "current");
-    QTEST(board::pastEntry(number), "past");
-}
-
-void TestVocabulary::boardTextHoldsEveryCellAtItsOffset()
-{
-    const QString text = board::boardText();
-    QCOMPARE(text.size(), 241);
-    QCOMPARE(text.left(9), QStringLiteral("1  2  3  "));
-    QCOMPARE(text.mid(42, 10), QStringLiteral("15 \r\n\r\n16 "));
-    QCOMPARE(board::cellOffset(16), 49);
-    QCOMPARE(board::cellOffset(75), 238);
-    for (int n = 1; n <= 75; ++n)
-        QCOMPARE(text.mid(board::cellOffset(n), 3).trimmed(), QString::number(n));
-}
-
-void TestVocabulary::letterColumns()
-{
-    QCOMPARE(board::letterColumn(2), QStringLiteral("B\r\n\r\nI\r\n\r\nN\r\n\r\nG\r\n\r\nO"));
-    QCOMPARE(board::letterColumn(1), QStringLiteral("B\r\nI\r\nN\r\nG\r\nO"));
-}
-
-void TestVocabulary::numbersAsTyped_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isNumber");
-    QTest::addColumn<double>("value");
-    QTest::newRow("blanks around") << " \t7 " << true << 7.0;
-    QTest::newRow("sign") << "-3" << true << -3.0;
-    QTest::newRow("plus") << "+12.5" << true << 12.5;
-    QTest::newRow("point first") << ".5" << true << 0.5;
-    QTest::newRow("point last") << "5." << true << 5.0;
-    QTest::newRow("exponent") << "1.2E+1" << true << 12.0;
-    QTest::newRow("too small for a double") << "1e-9999" << true << 0.0;
-    QTest::newRow("too large for a double") << "-1e9999" << true << -qInf();
-    QTest::newRow("10,000 digits") << QString(10000, u'9') << true << qInf();
-    for (const char *text : {"", " ", ".", "+", "-.", "e5", "1e", "1e+", "nan", "inf", "0x10", "1,000", "1 2",
-                             "1.2.3", "--1", "1f", "٣", "３", "7\n"})
-        QTest::newRow(qPrintable(QStringLiteral("no number: '%1'").arg(QString::fromUtf8(text))))
-            << QString::fromUtf8(text) << false << 0.0;
-}
-
-void TestVocabulary::numbersAsTyped()
-{
-    QFETCH(QString, text);
-    const std::optional<double> value = platform::parseNumber(text);
-    QTEST(value.has_value(), "isNumber");
-    if (value)
-        QTEST(*value, "value");
-}
-
-void TestVocabulary::entries_data()
-{
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<int>("called"); // 0: nothing
-    const struct
+    void labels()
     {
-        const char *entry;
-        int called;
-    } rows[] = {
-        {"7", 7},   {" 75 ", 75}, {"b7", 7},   {"O75", 75}, {"N 4", 4},   {"G7", 7},   {"g100", 10},
-        {"i1", 1},  {"0.5", 0},   {"1.5", 2},  {"2.5", 2},  {"74.5", 74}, {"75.5", 0}, {"75.4", 75},
-        {"0.4", 0}, {"0.6", 1},   {"76", 0},   {"0", 0},    {"-3", 0},    {"", 0},     {"B", 0},
-        {"BX", 0},  {"B-3", 0},   {"B.9", 1},  {"O76", 0},  {"Z7", 0},    {" N33", 0}, {"7B", 0},
-        {"nan", 0}, {"inf", 0},   {"0x10", 0}, {"1e1", 10}, {"1e999", 0}, {"B1e5", 0}, {"\x01", 0},
-    };
-    for (const auto &row : rows)
-        QTest::newRow(row.entry) << row.entry << row.called;
-    QTest::newRow("10,000 letters") << QString(10000, u'N') << 0;
-    QTest::newRow("other digits behind a letter") << QStringLiteral("B３") << 0;
-}
+        QString current, past;
+        for (const int n : {0, 1, 15, 16, 30, 31, 45, 46, 60, 61, 75, 76}) {
+            current += board::currentLabel(n) + '|';
+            past += board::pastEntry(n) + '|';
+        }
+        QCOMPARE(current, "|B1|B15|I16|I30|N31|N45|G46|G60|O61|O75||");
+        QCOMPARE(past, "|B1 |B15|I16|I30|N31|N45|G46|G60|O61|O75||");
+    }
 
-void TestVocabulary::entries()
-{
-    QFETCH(QString, entry);
-    QTEST(board::calledByEntry(entry).value_or(0), "called");
-}
+    void boardTextHoldsEveryCellAtItsOffset()
+    {
+        const QString text = board::boardText();
+        QVERIFY(text.size() == 241 && text.startsWith("1  2  3  ") && text.mid(42, 10) == "15 \r\n\r\n16 ");
+        QCOMPARE(board::cellOffset(16), 49);
+        for (int n = 1; n <= 75; ++n)
+            QCOMPARE(text.mid(board::cellOffset(n), 3).trimmed(), QString::number(n));
+        QCOMPARE(board::letterColumn(2), "B\r\n\r\nI\r\n\r\nN\r\n\r\nG\r\n\r\nO");
+    }
+
+    void entries()
+    {
+        const std::pair<QString, int> rows[] = {
+            {" \t7 ", 7}, {"+1.2E+1", 12}, {"b7", 7},     {"N 4", 4},     {"O75", 75}, {"G7", 7},
+            {"g100", 10}, {"B.9", 1},      {"0.5", 0},    {"0.6", 1},     {"1.5", 2},  {"2.5", 2},
+            {"75.4", 75}, {"75.5", 0},     {"76", 0},     {"0", 0},       {"-3", 0},   {"B-3", 0},
+            {"O76", 0},   {"B1e5", 0},     {"", 0},       {"B", 0},       {"BX", 0},   {"Z7", 0},
+            {" N33", 0},  {"7B", 0},       {"nan", 0},    {"0x10", 0},    {"1,0", 0},  {"7\n", 0},
+            {"٣", 0},     {"B３", 0},      {"1e9999", 0}, {"1e-9999", 0},
+        };
+        for (const auto &[entry, called] : rows)
+            QVERIFY2(board::calledByEntry(entry).value_or(0) == called, qPrintable(entry));
+    }
+
+    void draw()
+    {
+        QCOMPARE(board::pickPosition(1, 1.0 - 0x1p-24), 1);
+        QCOMPARE(board::pickPosition(75, 0.0), 1);
+        QCOMPARE(board::pickPosition(75, 1.0 - 0x1p-24), 75);
+        QCOMPARE(board::pickPosition(4, 0.2499), 1);
+        QVERIFY(!board::drawFrom({}));
+
+        constexpr int balls = 75, draws = 400'000;
+        std::vector<int> pool(balls), counts(balls + 1);
+        std::iota(pool.begin(), pool.end(), 1);
+        for (int i = 0; i < draws; ++i)
+            ++counts.at(static_cast<std::size_t>(*board::drawFrom(pool)));
+        const auto squares = [](double sum, int count) { return sum + double(count) * count; };
+        const double chiSquare =
+            std::accumulate(counts.begin() + 1, counts.end(), 0.0, squares) * balls / draws - draws;
+        // 74 degrees of freedom: above 140 by chance 5 times in 1,000,000; one ball favoured by a sixth
+        // gives 222.
+        QVERIFY2(chiSquare > 30 && chiSquare < 140, qPrintable(QString::number(chiSquare)));
+    }
+
+    /// The texts of all calls are in speech_sound.sh.
+    void phrases()
+    {
+        const std::pair<int, const char *> firsts[] = {
+            {15, "Bee, 15"}, {16, "Eye, 16"}, {45, "En, 45"}, {46, "Gee, 46"}, {61, "Oh, 61"}};
+        for (const auto &[n, phrase] : firsts)
+            QCOMPARE(voice::firstPhrase(n), phrase);
+        const std::pair<const char *, const char *> followUps[] = {
+            {"Bee, 4", "And After"},    {"Bee, 5", "Bee, 5"},
+            {"Bee, 10", "Bee, 1 ,0"},   {"Eye, 30", "Eye, 3 ,0"},
+            {"Gee, 4 ,8", "Gee, 4 , "}, // two calls at once: the follow-up again
+            {"And After", "And After"}, {"", ""},
+            {"gee, 48", "gee, 48"},     {" En, 33", " En, 33"},
+            {"Be", "Bee,  ,"},          {"En", "En,  ,"},
+            {"Eye, 2", "Eye, 2 ,"},     {"Beast4", "And After"},
+        };
+        for (const auto &[phrase, followUp] : followUps)
+            QCOMPARE(voice::followUp(phrase), followUp);
+    }
+
+    void decoded()
+    {
+        const std::pair<QByteArray, QString> rows[] = {
+            {"caf\xC3\xA9 \xE2\x82\xAC", "café €"},
+            {"\xEF\xBB\xBF\xC3\xA9", "é"},
+            {QByteArray("\xFF\xFE\xE9\x00\xAC\x20", 6), "é€"},
+            {QByteArray("\xFE\xFF\x00\xE9\x20\xAC", 6), "é€"},
+#ifndef Q_OS_WIN
+            {"caf\xE9 \x80 \x93quoted\x94 \xFF", "café € “quoted” ÿ"},
+#endif
+            {R"({\rtf1\ansi\uc1{\fonttbl{\f0\fswiss Arial;}}{\*\generator X 1;}
+{\info{\title Secret}}\f0\fs20 Press \b Clear\b0\'e9 \{now\}\par
+Next\tab one\line \u8364? \u-10179?\u-8704? a\\b\~c\par})",
+             "Press Clearé {now}\nNext\tone\n€ \U0001F600 a\\b\u00A0c\n"},
+            {R"({\rtf1\uc0\u233 a{\pict\bin3 xyz}b})", "éab"},
+            {"{\\b no}", "{\\b no}"}, // only looks like rich text
+            {"{\\rtf1" + QByteArray(1000000, '{'), ""},
+        };
+        for (const auto &[bytes, text] : rows)
+            QCOMPARE(platform::decodedText(bytes), text);
+    }
+
+    void whatIsNoFileIsNoText()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(!platform::readTextFile(folder.filePath("none.txt")));
+        QVERIFY(!platform::readTextFile(folder.path()));
+#ifdef Q_OS_UNIX
+        QCOMPARE(::mkfifo(qPrintable(folder.filePath("pipe")), 0600), 0);
+        QVERIFY(!platform::readTextFile(folder.filePath("pipe")));
+        QVERIFY(!platform::readTextFile("/proc/self/mem")); // opens, and cannot be read
+#endif
+    }
+
+    void longFileIsCutAtACharacter()
+    {
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        file.write("xy" + QByteArray("€").repeated(platform::longestText));
+        file.close();
+        const QString text = platform::readTextFile(file.fileName()).value_or("");
+        const qsizetype whole = (platform::longestText - 2) / 3;
+        QVERIFY(text.startsWith("xy" + QString(whole, u'€') + "\n\n(The file goes on."));
+    }
+};
 
 QTEST_APPLESS_MAIN(TestVocabulary)
 #include "tst_vocabulary.moc"

@@ -85,7 +85,7 @@ class Desktop:
         server = self.children[-1]
         self.environment["DISPLAY"] = f":{display}"
         self._spawn(["openbox", "--sm-disable"])
-        wait_until(self._has_window_manager, "openbox did not start")
+        wait_until(lambda: self.xdotool("get_desktop", check=False), "openbox did not start")
         return server
 
     def _folder(self, name):
@@ -106,16 +106,10 @@ class Desktop:
             raise Missing(f"{command[0]} did not start")
         return line
 
-    def _has_window_manager(self):
-        command = ["xdotool", "get_desktop"]
-        return subprocess.run(command, env=self.environment, capture_output=True, check=False).returncode == 0
-
-    def xdotool(self, *arguments):
+    def xdotool(self, *arguments, check=True):
         command = ["xdotool", *map(str, arguments)]
-        run = subprocess.run(
-            command, env=self.environment, capture_output=True, text=True, check=True, timeout=PATIENCE
-        )
-        return run.stdout.strip()
+        options = {"capture_output": True, "text": True, "timeout": PATIENCE}
+        return subprocess.run(command, env=self.environment, check=check, **options).stdout.strip()
 
     def key(self, *keys):
         """Presses keys, each by its X name: "Return", "alt+F4"."""
@@ -192,14 +186,11 @@ class Program:
         """The X window of that title, once it is on screen and readable from outside."""
         if self.process.poll() is not None:
             raise Missing(f"the program ended with {self.process.returncode}: {self.process.stderr.read()}")
-        search = ["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"]
-        found = subprocess.run(search, env=self.desktop.environment, capture_output=True, text=True, check=False)
-        return self._application() and found.stdout.split() and found.stdout.split()[0]
+        found = self.desktop.xdotool("search", "--onlyvisible", "--name", f"^{title}$", check=False).split()
+        return self._application() and found and found[0]
 
     def _application(self):
-        desktop = Atspi.get_desktop(0)
-        for i in range(desktop.get_child_count()):
-            application = desktop.get_child_at_index(i)
+        for application in self._children(Atspi.get_desktop(0)):
             if application and application.get_process_id() == self.process.pid:
                 # Nothing is remembered from one look to the next.
                 application.set_cache_mask(Atspi.Cache.NONE)
@@ -207,12 +198,19 @@ class Program:
                 return application
         return None
 
+    @staticmethod
+    def _children(accessible):
+        return [accessible.get_child_at_index(i) for i in range(accessible.get_child_count())]
+
+    @staticmethod
+    def _shows(accessible):
+        return accessible.get_state_set().contains(Atspi.StateType.SHOWING)
+
     def _walk(self, accessible):
-        if accessible is None:
-            return
-        yield accessible
-        for i in range(accessible.get_child_count()):
-            yield from self._walk(accessible.get_child_at_index(i))
+        if accessible is not None:
+            yield accessible
+            for child in self._children(accessible):
+                yield from self._walk(child)
 
     def everything(self):
         """All accessibles of the program, its windows first to last, each followed by what is in it."""
@@ -220,20 +218,17 @@ class Program:
 
     def windows(self):
         """The accessibles of the program's windows that are on screen."""
-        application = self._application()
-        children = [application.get_child_at_index(i) for i in range(application.get_child_count())]
-        return [w for w in children if w.get_state_set().contains(Atspi.StateType.SHOWING)]
+        return [window for window in self._children(self._application()) if self._shows(window)]
 
     def all(self, role):
         """All accessibles of a role, as "push button"."""
-        return [found for found in self._walk(self._application()) if found.get_role_name() == role]
+        return [found for found in self.everything() if found.get_role_name() == role]
 
     def find(self, name, role=None):
         """The accessible of that name (and role, as "push button") that is on screen, or None."""
-        for accessible in self._walk(self._application()):
-            if accessible.get_name() == name and role in (None, accessible.get_role_name()):
-                if accessible.get_state_set().contains(Atspi.StateType.SHOWING):
-                    return accessible
+        for found in self._walk(self._application()):
+            if found.get_name() == name and role in (None, found.get_role_name()) and self._shows(found):
+                return found
         return None
 
     def the(self, name, role=None):
@@ -244,8 +239,7 @@ class Program:
         wait_until(lambda: not self.find(name), f"{name!r} is still on screen")
 
     def text(self, name):
-        accessible = self.the(name)
-        return Atspi.Text.get_text(accessible, 0, Atspi.Text.get_character_count(accessible))
+        return Atspi.Text.get_text(self.the(name), 0, -1)
 
     def place(self, name, role=None):
         return self._rectangle(Atspi.Component.get_extents(self.the(name, role), Atspi.CoordType.SCREEN))
@@ -273,16 +267,6 @@ class Program:
     def is_focused(self, name):
         accessible = self.find(name)
         return accessible and accessible.get_state_set().contains(Atspi.StateType.FOCUSED)
-
-    def resize(self, width, height):
-        """Asks for a size of the window without its frame."""
-        self.desktop.xdotool("windowsize", self.window, width, height)
-
-    def size(self):
-        """Width and height of the window without its frame."""
-        lines = self.desktop.xdotool("getwindowgeometry", "--shell", self.window).splitlines()
-        values = dict(line.split("=") for line in lines)
-        return int(values["WIDTH"]), int(values["HEIGHT"])
 
     def save_picture(self, file):
         """A picture of the window without its frame."""

@@ -1,59 +1,50 @@
 #pragma once
 
 #include "platform/error.h"
-#include "platform/sp_engine.h"
+#include "platform/sp_voice.h"
 
 #include <QPointer>
-#include <QTimer>
 
 /// A speech service for tests: it notes what it is given and does what the test tells it to. Give factory()
 /// to an SpVoice, or to SpVoice::setSystemEngine for the voices that windows make. It must outlive them.
 struct FakeSpeech
 {
-    class Engine : public platform::SpEngine
+    struct Engine : platform::SpEngine
     {
-    public:
-        explicit Engine(FakeSpeech &service)
-            : m_service(service)
+        explicit Engine(FakeSpeech &made)
+            : service(made)
         {
         }
-
         void open() override
         {
-            if (m_service.opens)
-                Q_EMIT opened(m_service.voices);
+            if (service.opens)
+                Q_EMIT opened({{"Ann", "de-DE"}, {"Bob", "en-US"}, {"Cid", "fr-FR"}});
         }
-
         void speak(const platform::SpText &text) override
         {
-            m_service.spoken.append(text);
-            if (m_service.speaksByItself) {
+            service.spoken += text;
+            if (service.speaksByItself) {
                 QTimer::singleShot(0, this, &Engine::begun);
                 QTimer::singleShot(0, this, &Engine::ended);
             }
         }
-
         void ping() override
         {
-            ++m_service.pings;
-            if (m_service.isAlive)
+            ++service.pings;
+            if (service.isAlive)
                 Q_EMIT alive();
         }
-
-    private:
-        FakeSpeech &m_service;
+        FakeSpeech &service;
     };
 
     platform::SpEngineFactory factory()
     {
         return [this]() -> std::unique_ptr<platform::SpEngine> {
             if (!isInstalled)
-                throw platform::Error(platform::SpNotInstalled,
-                                      QStringLiteral("No speech service is installed."));
-            auto made = std::make_unique<Engine>(*this);
-            engine = made.get();
+                throw platform::Error(platform::SpNotInstalled, "No speech service is installed.");
             ++enginesMade;
-            return made;
+            engine = new Engine(*this);
+            return std::unique_ptr<platform::SpEngine>(engine);
         };
     }
 
@@ -61,7 +52,7 @@ struct FakeSpeech
     {
         QStringList list;
         for (const platform::SpText &text : spoken)
-            list.append(text.text);
+            list += text.text;
         return list;
     }
 
@@ -69,12 +60,22 @@ struct FakeSpeech
     bool opens = true;          ///< false: open() is never answered
     bool isAlive = true;        ///< false: ping() is never answered
     bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
-    QList<platform::SpVoiceInfo> voices{{QStringLiteral("Ann"), QStringLiteral("de-DE")},
-                                        {QStringLiteral("Bob"), QStringLiteral("en-US")},
-                                        {QStringLiteral("Cid"), QStringLiteral("fr-FR")}};
 
     QList<platform::SpText> spoken;
     int pings = 0;
     int enginesMade = 0;
     QPointer<Engine> engine; ///< the last one made
 };
+
+/// Notes all that a voice signals, in order: "known", "unknown NUMBER", "end STREAM", "failed NUMBER".
+inline void noteSignals(const platform::SpVoice &voice, QStringList &log)
+{
+    using platform::SpVoice;
+    const auto note = [&log](const char *what) {
+        return [&log, what](int number) { log += QString("%1 %2").arg(what).arg(number); };
+    };
+    QObject::connect(&voice, &SpVoice::VoicesKnown, [&log] { log += "known"; });
+    QObject::connect(&voice, &SpVoice::VoicesUnknown, note("unknown"));
+    QObject::connect(&voice, &SpVoice::EndStream, note("end"));
+    QObject::connect(&voice, &SpVoice::Failed, note("failed"));
+}

@@ -16,13 +16,14 @@ import threading
 
 VOICES = ["German\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
           "French (France)\tfr-FR\tnone"]
+path, mood = sys.argv[1:]
 numbers = iter(range(1, 1_000_000))
 
 
-class Client:
-    def __init__(self, connection, mood):
+class Client(threading.Thread):
+    def __init__(self, connection):
+        super().__init__(daemon=True)
         self.connection = connection
-        self.mood = mood
         self.lines = connection.makefile("r", encoding="utf-8", newline="\r\n")
 
     def answer(self, code, text, *lines):
@@ -33,67 +34,49 @@ class Client:
             pass  # The client is gone, but what it said before can still be read.
 
     def read(self):
-        line = self.lines.readline()
-        if not line:
-            return None
-        print(line.removesuffix("\r\n"), flush=True)
-        return line.removesuffix("\r\n")
+        line = self.lines.readline().removesuffix("\r\n")
+        if line:
+            print(line, flush=True)
+        return line
 
-    def serve(self):
-        if self.mood == "mute":
+    def run(self):
+        if mood == "mute":
             threading.Event().wait()
-        while (line := self.read()) is not None:
-            command = line.upper()
-            if command == "SPEAK":
-                if not self.take_text():
-                    return
+        while command := self.read().upper():
+            if command == "SPEAK" and mood == "refused":
+                self.answer(402, "ERR NOT NOW")
+            elif command == "SPEAK":
+                self.answer(230, "OK RECEIVING DATA")
+                self.take_text()
             elif command == "LIST OUTPUT_MODULES":
                 self.answer(250, "OK MODULE LIST SENT", "dummy", "fake")
             elif command.startswith("LIST SYNTHESIS_VOICES"):
-                self.answer(249, "OK VOICE LIST SENT", *([] if self.mood == "novoices" else VOICES))
+                self.answer(249, "OK VOICE LIST SENT", *([] if mood == "novoices" else VOICES))
             elif command.startswith("GET"):
                 self.answer(251, "OK GET RETURNED", "fake" if "MODULE" in command else "0")
             else:
                 self.answer(200, "OK")
 
     def take_text(self):
-        if self.mood == "refused":
-            self.answer(402, "ERR NOT NOW")
-            return True
-        self.answer(230, "OK RECEIVING DATA")
-        while self.read() not in (".", None):
+        while self.read() not in (".", ""):
             pass
-        if self.mood == "dropped":
+        if mood == "dropped":
             self.connection.shutdown(socket.SHUT_RDWR)
-            return False
-        if self.mood == "stuck":
+        if mood == "stuck":
             threading.Event().wait()
         number = next(numbers)
-        accept = lambda: self.answer(225, "OK MESSAGE QUEUED", number)
-        if self.mood != "early":
-            accept()
-        if self.mood != "silent":
+        if mood != "early":
+            self.answer(225, "OK MESSAGE QUEUED", number)
+        if mood != "silent":
             self.answer(701, "BEGIN", number, 1)
-            self.answer(*((703, "CANCELED") if self.mood == "cancelled" else (702, "END")), number, 1)
-        if self.mood == "early":
-            accept()
-        return True
+            self.answer(*((703, "CANCELED") if mood == "cancelled" else (702, "END")), number, 1)
+        if mood == "early":
+            self.answer(225, "OK MESSAGE QUEUED", number)
 
 
-def serve(connection, mood):
-    with connection:
-        Client(connection, mood).serve()
-
-
-def main():
-    path, mood = sys.argv[1:]
-    with socket.socket(socket.AF_UNIX) as listener:
-        listener.bind(path)
-        listener.listen()
-        print("listening", flush=True)
-        while True:
-            connection, _ = listener.accept()
-            threading.Thread(target=serve, args=(connection, mood), daemon=True).start()
-
-
-main()
+with socket.socket(socket.AF_UNIX) as listener:
+    listener.bind(path)
+    listener.listen()
+    print("listening", flush=True)
+    while True:
+        Client(listener.accept()[0]).start()

@@ -9,16 +9,15 @@
 #include "support/fake_sp_engine.h"
 #include "voice/voice_choice.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 
-#include <functional>
-#include <vector>
-
-/// A main window as start-up makes it, and the questions that tests ask of its controls.
+/// A main window as start-up makes it, whose voices speak through `speech`, and the questions that tests ask
+/// of its controls.
 class MainWindow
 {
 public:
@@ -34,7 +33,7 @@ public:
         [[maybe_unused]] const bool exposed = QTest::qWaitForWindowExposed(&window);
     }
 
-    template <class Control>
+    template <class Control = QWidget>
     Control *find(const QString &name) const
     {
         auto *found = window.findChild<Control *>(name);
@@ -42,103 +41,95 @@ public:
             qFatal("no control %s", qPrintable(name));
         return found;
     }
-    platform::ColorButton *number(int n) const
-    {
-        return find<platform::ColorButton>(QStringLiteral("cButt(%1)").arg(n));
-    }
-    platform::RichTextBox *display(const char *name) const
-    {
-        return find<platform::RichTextBox>(QString::fromLatin1(name));
-    }
-    platform::TextBox *entry() const { return find<platform::TextBox>(QStringLiteral("Text1")); }
+    auto *number(int n) const { return find<platform::ColorButton>(QString("cButt(%1)").arg(n)); }
+    auto *cell(int i) const { return find<platform::ColorBox>(QString("tDemo(%1)").arg(i)); }
+    auto *display(const QString &name) const { return find<platform::RichTextBox>(name); }
+    auto *entry() const { return find<platform::TextBox>("Text1"); }
+    auto *button(const QString &name) const { return find<QPushButton>(name); }
+    auto *timer(const QString &name) const { return find<QTimer>(name); }
+    QString caption(const QString &name) const { return find<QLabel>(name)->text(); }
     /// The window's focus is in the entry box, whether or not the window is the active one.
     bool entryHasFocus() const { return window.focusWidget() == entry(); }
-    QPushButton *button(const char *name) const { return find<QPushButton>(QString::fromLatin1(name)); }
-    QString caption(const char *name) const { return find<QLabel>(QString::fromLatin1(name))->text(); }
 
-    void press(int n) const { QTest::mouseClick(number(n), Qt::LeftButton); }
-    void press(const char *name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
-    void type(const QString &text) const { QTest::keyClicks(entry(), text); }
+    static void click(QWidget *control) { QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(6, 6)); }
+    void press(int n) const { click(number(n)); }
+    void press(const QString &name) const { click(find(name)); }
+    void choose(const QString &command) const { find<QAction>(command)->trigger(); }
     void enter(const QString &text) const
     {
         entry()->setText(text);
         QTest::keyClick(entry(), Qt::Key_Return);
     }
-
-    /// The numbers whose buttons have the called colour.
-    std::vector<int> calledButtons() const
+    /// What happens when the time of a timer is over, so many times.
+    void tick(const QString &name, int times = 1) const
     {
-        return numbersWhere(
-            [this](int n) { return number(n)->backColor() == platform::colors::buttonShadow; });
+        for (int i = 0; i < times; ++i)
+            fire(timer(name));
     }
-    /// The numbers that are red on the large board, every character of their cells.
-    std::vector<int> redNumbers() const
-    {
-        const platform::RichTextBox *board = display("RTB2");
-        return numbersWhere([board](int n) {
-            bool red = true;
-            for (int i = 0; i < board::cellWidth; ++i)
-                red = red && board->colorAt(board::cellOffset(n) + i) == platform::colors::red;
-            return red;
-        });
-    }
-
-    /// What happens when the time of a running timer is over.
     static void fire(QTimer *timer)
     {
         QTimerEvent over(timer->timerId());
         QCoreApplication::sendEvent(timer, &over);
     }
 
-    FakeSpeech speech;
-    VoiceChoice voice;
-    frmMain window{withSpeech(), nullptr};
-
-private:
-    /// The window's voices speak through the stand-in for the speech service.
-    VoiceChoice &withSpeech()
+    /// The numbers whose buttons have the called colour.
+    QString called() const
     {
-        platform::SpVoice::setSystemEngine(speech.factory());
-        return voice;
+        return numbersWhere(
+            [this](int n) { return number(n)->backColor() == platform::colors::buttonShadow; });
+    }
+    /// The numbers that are red on the large board, every character of their cells.
+    QString red() const
+    {
+        const auto isRed = [this](int at) { return display("RTB2")->colorAt(at) == platform::colors::red; };
+        return numbersWhere([&](int n) {
+            const int at = board::cellOffset(n);
+            return isRed(at) && isRed(at + 1) && isRed(at + 2);
+        });
+    }
+    /// All that the audience sees of the calls: "count|current|past|red numbers".
+    QString seen() const
+    {
+        return caption("lblCallCnt").remove("Balls Called: ") + '|' + display("RTB3")->text() + '|' +
+               display("RTB4")->text() + '|' + red();
     }
 
-    static std::vector<int> numbersWhere(const std::function<bool(int)> &holds)
+    FakeSpeech speech;
+    VoiceChoice voice;
+    frmMain window{(platform::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
+
+private:
+    template <class Condition>
+    static QString numbersWhere(Condition holds)
     {
-        std::vector<int> found;
+        QStringList found;
         for (int n = 1; n <= board::numberCount; ++n) {
             if (holds(n))
-                found.push_back(n);
+                found += QString::number(n);
         }
-        return found;
+        return found.join(' ');
     }
 };
 
-/// Answers the next message box with `answer` and keeps what it said.
+/// Answers every message box with `answer`; `said` keeps "title|text" of each.
 class Answer
 {
 public:
     explicit Answer(QMessageBox::StandardButton answer)
     {
-        m_timer.setInterval(1);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, answer] {
-            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            if (!box)
-                return;
-            ++shown;
-            text = box->text();
-            title = box->windowTitle();
-            owner = box->parentWidget();
-            buttons = box->standardButtons();
-            QTest::mouseClick(box->button(answer), Qt::LeftButton);
+        m_timer.callOnTimeout([this, answer] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                said += box->windowTitle() + '|' + box->text();
+                owner =
+                    box->parentWidget() && box->parentWidget()->isVisible() ? box->parentWidget() : nullptr;
+                MainWindow::click(box->button(answer));
+            }
         });
-        m_timer.start();
+        m_timer.start(1);
     }
 
-    int shown = 0;
-    QString text;
-    QString title;
-    QPointer<QWidget> owner;
-    QMessageBox::StandardButtons buttons;
+    QStringList said;
+    QPointer<QWidget> owner; ///< of the last one, when it is on screen
 
 private:
     QTimer m_timer;
