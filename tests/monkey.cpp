@@ -382,7 +382,7 @@ private:
     void watch()
     {
         for (int n = 1; n <= board::numberCount; ++n)
-            after(number(n), [this] { focusIsAfterCall(); });
+            after(number(n), [this] { isReadyAfterCall(); });
         after(button("cmdClear"), [this] { focusIs(entry()); });
         after(find<QAbstractButton>(QStringLiteral("chkAutoCall")),
               [this] { focusIs(callsByItself() ? static_cast<QWidget *>(pause()) : entry()); });
@@ -410,7 +410,11 @@ private:
         return m_window->centralWidget()->findChild<QLineEdit *>(QStringLiteral("Text1"));
     }
     bool callsByItself() const { return pause()->isEnabled() && pause()->text() == QStringLiteral("Pause"); }
-    void focusIsAfterCall() const { focusIs(callsByItself() ? static_cast<QWidget *>(pause()) : entry()); }
+    void isReadyAfterCall() const
+    {
+        demand(entry()->text().isEmpty(), "the entry box is not emptied");
+        focusIs(callsByItself() ? static_cast<QWidget *>(pause()) : entry());
+    }
     void focusIs(const QWidget *wanted) const
     {
         demand(m_window->focusWidget() == wanted, "the focus is elsewhere");

@@ -85,7 +85,8 @@ class Desktop:
         server = self.children[-1]
         self.environment["DISPLAY"] = f":{display}"
         self._spawn(["openbox", "--sm-disable"])
-        wait_until(lambda: self.xdotool("get_desktop", check=False), "openbox did not start")
+        # The last thing that it does before it takes requests; one that comes earlier can be lost.
+        wait_until(lambda: "window id" in self._property("_NET_CLIENT_LIST", "-root"), "openbox did not start")
         return server
 
     def _folder(self, name):
