@@ -133,6 +133,11 @@ private Q_SLOTS:
         const QTextBlock first = w.display("RTB5")->document()->begin();
         QCOMPARE(first.next().layout()->position().y() - first.layout()->position().y(),
                  27.0); // as the buttons
+        font->setFocus();
+        font->setEditText("40");
+        w.button("cmdClear")->setFocus(); // It was not entered.
+        QCOMPARE(board->fontSizeAt(0), 22);
+        QCOMPARE(w.window.focusWidget(), w.button("cmdClear"));
     }
 
     void focusStaysInTheEntry()

@@ -198,6 +198,8 @@ TextBox *ComboBox::makeEditable()
     auto *box = new TextBox(this);
     setEditable(true);
     setLineEdit(box);
+    // A text that is left in the box is not an entry that was chosen.
+    disconnect(box, &QLineEdit::editingFinished, this, nullptr);
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
     return box;
