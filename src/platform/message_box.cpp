@@ -35,14 +35,16 @@ QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString 
                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safe)
 {
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    QMessageBox box(icon, title.isEmpty() ? QApplication::applicationDisplayName() : title, text, buttons,
-                    owner);
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(safe);
-    box.setEscapeButton(safe);
+    // Its owner may be closed while it is open, and takes it along.
+    const QPointer box = new QMessageBox(
+        icon, title.isEmpty() ? QApplication::applicationDisplayName() : title, text, buttons, owner);
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(safe);
+    box->setEscapeButton(safe);
     ++openBoxes;
-    const int answer = box.exec();
+    const int answer = box->exec();
     --openBoxes;
+    delete box;
     if (!waitingReports.empty())
         QTimer::singleShot(0, qApp, showNextReport);
     return static_cast<QMessageBox::StandardButton>(answer);
