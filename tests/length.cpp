@@ -28,7 +28,7 @@ double heap()
 /// Kilobytes of memory that the process holds.
 double resident()
 {
-    QFile status(QStringLiteral("/proc/self/statm"));
+    QFile status("/proc/self/statm");
     return status.open(QIODevice::ReadOnly) ? status.readAll().split(' ').value(1).toDouble() * 4 : 0;
 }
 
@@ -94,7 +94,7 @@ int main(int argc, char *argv[])
     platform::applyAppearance(application);
     QPixmapCache::setCacheLimit(
         0); // it grows to its limit, and forgets only what has been there for a minute
-    QFile help(QCoreApplication::applicationDirPath() + QStringLiteral("/help.txt"));
+    QFile help(QCoreApplication::applicationDirPath() + "/help.txt");
     if (help.open(QIODevice::WriteOnly))
         help.write(QByteArray(5000, 'h'));
     help.close();
@@ -105,12 +105,12 @@ int main(int argc, char *argv[])
         evening.repeat(name, 10000, 1, [&](int) {
             open();
             QCoreApplication::processEvents();
-            w.find<QWidget>(QString::fromLatin1(name))->close();
+            w.find<QWidget>(name)->close();
         });
     };
-    const auto choose = [&w](const char *name) { w.find<QAction>(QString::fromLatin1(name))->trigger(); };
+    const auto choose = [&w](const char *name) { w.find<QAction>(name)->trigger(); };
 
-    w.find<QCheckBox>(QStringLiteral("chkMakeVoiceCall"))->click();
+    w.find<QCheckBox>("chkMakeVoiceCall")->click();
     evening.repeat("calls", 100000, 1, [&](int i) {
         w.press((i - 1) % 75 + 1);
         if (i % 75 == 0)
@@ -119,23 +119,22 @@ int main(int argc, char *argv[])
             QCoreApplication::processEvents();
         w.speech.spoken.clear();
     });
-    const bool counted =
-        w.caption("lblCallCnt") == QStringLiteral("Balls Called: %1").arg(w.window.callCount());
+    const bool counted = w.caption("lblCallCnt") == QString("Balls Called: %1").arg(w.window.callCount());
     std::printf("%s\n", qPrintable(w.caption("lblCallCnt")));
-    w.find<QCheckBox>(QStringLiteral("chkMakeVoiceCall"))->click();
+    w.find<QCheckBox>("chkMakeVoiceCall")->click();
     openAndClose("frmHelp", [&] { choose("mnuHelp"); });
     openAndClose("frmAbout", [&] { choose("mnuAbout"); });
     openAndClose("frmVoices", [&] { choose("mnuSpeak"); });
     openAndClose("frmBingo", [&] { w.press("cBingo"); });
 
     w.press("cDemoButt(1)");
-    auto *animation = w.find<QTimer>(QStringLiteral("Timer1"));
+    auto *animation = w.find<QTimer>("Timer1");
     evening.repeat("ticks of a pattern", 1000000, 10, [&](int) { MainWindow::fire(animation); });
 
-    w.find<QComboBox>(QStringLiteral("cboSec"))->setCurrentText(QStringLiteral("20"));
+    w.find<QComboBox>("cboSec")->setCurrentText("20");
     w.press("cDemoButt(21)");
-    w.find<QCheckBox>(QStringLiteral("chkAutoCall"))->click();
-    auto *countdown = w.find<QTimer>(QStringLiteral("Timer2"));
+    w.find<QCheckBox>("chkAutoCall")->click();
+    auto *countdown = w.find<QTimer>("Timer2");
     evening.repeat("ticks of a countdown", 1000000, 10, [&](int i) {
         MainWindow::fire(countdown);
         if (i % 1400 == 0)
@@ -143,7 +142,7 @@ int main(int argc, char *argv[])
     });
 
     w.press("cBingo");
-    auto *flash = w.find<QWidget>(QStringLiteral("frmBingo"))->findChild<QTimer *>();
+    auto *flash = w.find<QWidget>("frmBingo")->findChild<QTimer *>();
     evening.repeat("ticks of BINGO", 1000000, 50, [&](int) { MainWindow::fire(flash); });
     help.remove();
     return evening.holds() && counted ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -71,11 +71,10 @@ public:
 
     void act()
     {
-        static const QList<platform::SpVoiceInfo> voices(20,
-                                                         {QStringLiteral("Ann"), QStringLiteral("en-US")});
+        static const QList<platform::SpVoiceInfo> voices(20, {"Ann", "en-US"});
         const int kind = below(30);
         if (kind == 0)
-            Q_EMIT failed(platform::SpLost, QStringLiteral("The service has gone."));
+            Q_EMIT failed(platform::SpLost, "The service has gone.");
         else if (kind == 1)
             Q_EMIT opened({});
         else if (kind < 10)
@@ -100,7 +99,7 @@ public:
         qApp->installEventFilter(this);
         SpVoice::setSystemEngine([]() -> std::unique_ptr<platform::SpEngine> {
             if (oneIn(5))
-                throw platform::Error(platform::SpNotInstalled, QStringLiteral("There is none."));
+                throw platform::Error(platform::SpNotInstalled, "There is none.");
             return std::make_unique<Engine>();
         });
     }
@@ -148,13 +147,9 @@ private:
     {
         return m_window->findChild<Control *>(name);
     }
-    ColorButton *number(int n) const { return find<ColorButton>(QStringLiteral("cButt(%1)").arg(n)); }
-    QString caption(const char *name) const { return find<QLabel>(QString::fromLatin1(name))->text(); }
-    QPushButton *pause() const { return find<QPushButton>(QStringLiteral("cPause")); }
-    QTimer *timer(const char *name) const
-    {
-        return m_window->findChild<QTimer *>(QString::fromLatin1(name), Qt::FindDirectChildrenOnly);
-    }
+    ColorButton *number(int n) const { return find<ColorButton>(QString("cButt(%1)").arg(n)); }
+    QString caption(const char *name) const { return find<QLabel>(name)->text(); }
+    QPushButton *pause() const { return find<QPushButton>("cPause"); }
 
     // ---- The events ----
 
@@ -178,8 +173,8 @@ private:
     {
         if (event->type() != QEvent::Timer)
             return false;
-        const bool isOurs = watched->objectName().startsWith(QStringLiteral("Timer")) ||
-                            qobject_cast<SpVoice *>(watched->parent());
+        const bool isOurs =
+            watched->objectName().startsWith("Timer") || qobject_cast<SpVoice *>(watched->parent());
         return isOurs && !std::exchange(m_fires, false);
     }
 
@@ -192,23 +187,16 @@ private:
             return;
         if (m_left % 1000 < 300 && !oneIn(8)) // now and then it fills the board
             return oneIn(3) ? tick() : press(button("cRandNum"));
-        const int kind = below(100);
-        if (kind < 40)
-            clickSomething();
-        else if (kind < 65)
-            pressKey();
-        else if (kind < 77)
-            tick();
-        else if (kind < 90)
-            speech();
-        else if (kind < 93)
-            resize();
-        else if (kind < 95)
-            paste();
-        else if (kind < 98)
-            choose(modal);
-        else
-            close(modal);
+        using Play = void (Monkey::*)();
+        static const std::pair<int, Play> plays[] = {{40, &Monkey::clickSomething}, {25, &Monkey::pressKey},
+                                                     {12, &Monkey::tick},           {13, &Monkey::speech},
+                                                     {3, &Monkey::resize},          {2, &Monkey::paste},
+                                                     {3, &Monkey::choose},          {2, &Monkey::close}};
+        int kind = below(100);
+        for (const auto &[weight, play] : plays) {
+            if ((kind -= weight) < 0)
+                return (this->*play)();
+        }
     }
 
     void answer(QWidget *modal)
@@ -216,7 +204,7 @@ private:
         note("answer");
         if (auto *box = qobject_cast<QMessageBox *>(modal)) {
             ++m_boxes[box->text().section(u'\n', 0, 0)];
-            demand(!box->text().contains(QStringLiteral("Err #: -1")), "a handler failed");
+            demand(!box->text().contains("Err #: -1"), "a handler failed");
             press(any(box->buttons()));
         } else {
             auto *dialog = qobject_cast<QDialog *>(modal);
@@ -231,7 +219,7 @@ private:
             return popup;
         QWidgetList windows{m_window, m_window};
         for (const char *name : {"frmBingo", "frmHelp", "frmVoices", "frmAbout"}) {
-            if (auto *window = find<QWidget>(QString::fromLatin1(name)); window && window->isVisible())
+            if (auto *window = find<QWidget>(name); window && window->isVisible())
                 windows.append(window);
         }
         return any(windows);
@@ -273,11 +261,11 @@ private:
 
     void pressKey()
     {
-        static constexpr Qt::Key others[] = {
-            Qt::Key_Return,   Qt::Key_Return, Qt::Key_Enter,    Qt::Key_Tab, Qt::Key_Backtab,
-            Qt::Key_Space,    Qt::Key_Escape, Qt::Key_Delete,   Qt::Key_Up,  Qt::Key_Down,
-            Qt::Key_Left,     Qt::Key_Right,  Qt::Key_Home,     Qt::Key_End, Qt::Key_PageUp,
-            Qt::Key_PageDown, Qt::Key_F1,     Qt::Key_Backspace};
+        using enum Qt::Key;
+        static constexpr Qt::Key others[] = {Key_Return,   Key_Return, Key_Enter,    Key_Tab, Key_Backtab,
+                                             Key_Space,    Key_Escape, Key_Delete,   Key_Up,  Key_Down,
+                                             Key_Left,     Key_Right,  Key_Home,     Key_End, Key_PageUp,
+                                             Key_PageDown, Key_F1,     Key_Backspace};
         if (!QGuiApplication::focusWindow())
             return m_window->activateWindow();
         const Qt::KeyboardModifiers held = any(std::initializer_list<Qt::KeyboardModifiers>{
@@ -290,7 +278,7 @@ private:
     static void strike(int key, Qt::KeyboardModifiers held)
     {
         const bool isCharacter = key < 128 && !(held & (Qt::AltModifier | Qt::ControlModifier));
-        const QString text = key == Qt::Key_Return || key == Qt::Key_Enter ? QStringLiteral("\r")
+        const QString text = key == Qt::Key_Return || key == Qt::Key_Enter ? "\r"
                              : isCharacter                                 ? QString(QChar(key))
                                                                            : QString();
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
@@ -300,7 +288,7 @@ private:
     void tick()
     {
         std::vector<QTimer *> running;
-        for (QTimer *timer : m_window->findChildren<QTimer *>(QRegularExpression(QStringLiteral("^Timer"))))
+        for (QTimer *timer : m_window->findChildren<QTimer *>(QRegularExpression("^Timer")))
             if (timer->isActive())
                 running.push_back(timer);
         if (running.empty())
@@ -323,56 +311,51 @@ private:
     {
         QWidget *window = somewhere();
         note("resize " + window->objectName().toUtf8());
-        switch (below(6)) {
-        case 0:
-            return window->showMinimized();
-        case 1:
-            return window->showMaximized();
-        case 2:
-            return window->showNormal();
-        default:
+        const Qt::WindowStates states[] = {Qt::WindowNoState, Qt::WindowMinimized, Qt::WindowMaximized};
+        if (oneIn(2))
+            window->setWindowState(any(states));
+        else
             window->resize(below(3000), below(2000));
-        }
     }
 
     void paste()
     {
         note("paste");
-        static const QStringList texts{QStringLiteral("12"),
-                                       QStringLiteral("n33"),
-                                       QStringLiteral(" 7 "),
-                                       QStringLiteral("1e400"),
-                                       QStringLiteral("12\n13\n14"),
-                                       QString(10000, u'9'),
-                                       QStringLiteral("\u0661\u0662\U0001F3B1\u202E"),
-                                       QString(3, QChar(0))};
+        static const QStringList texts{"12",
+                                       "n33",
+                                       " 7 ",
+                                       "1e400",
+                                       "12\n13",
+                                       QString(9999, '9'),
+                                       QString(3, QChar(0)),
+                                       QString::fromUtf8("\u0661\u0662\U0001F3B1\u202E")};
         QGuiApplication::clipboard()->setText(any(texts));
         if (QGuiApplication::focusWindow())
             strike(Qt::Key_V, Qt::ControlModifier);
     }
 
     /// A menu's command, without the menu.
-    void choose(const QWidget *modal)
+    void choose()
     {
         QList<QAction *> commands;
-        for (auto *command : m_window->findChildren<QAction *>(QRegularExpression(QStringLiteral("^mnu"))))
-            if (!command->menu() && (command->parent() != m_window || oneIn(50) ||
-                                     command->objectName() != QStringLiteral("mnuExit")))
+        for (auto *command : m_window->findChildren<QAction *>(QRegularExpression("^mnu")))
+            if (!command->menu() &&
+                (command->parent() != m_window || oneIn(50) || command->objectName() != "mnuExit"))
                 commands.append(command);
         QAction *command = any(commands);
         note(command->objectName().toUtf8());
         if (oneIn(4))
             press(button("cBingo"));
-        else if (!modal && !SpVoice::isWaiting())
+        else if (!QApplication::activeModalWidget() && !SpVoice::isWaiting())
             command->trigger();
     }
 
     /// The desktop closes a window; nothing but the end of the session closes one under a box.
-    void close(const QWidget *modal)
+    void close()
     {
         QWidget *window = somewhere();
         note("close " + window->objectName().toUtf8());
-        if (window == m_window ? oneIn(80) : !modal)
+        if (window == m_window ? oneIn(80) : !QApplication::activeModalWidget())
             window->close();
     }
 
@@ -384,12 +367,12 @@ private:
         for (int n = 1; n <= board::numberCount; ++n)
             after(number(n), [this] { isReadyAfterCall(); });
         after(button("cmdClear"), [this] { focusIs(entry()); });
-        after(find<QAbstractButton>(QStringLiteral("chkAutoCall")),
+        after(find<QAbstractButton>("chkAutoCall"),
               [this] { focusIs(callsByItself() ? static_cast<QWidget *>(pause()) : entry()); });
         for (auto *cell : m_window->findChildren<ColorBox *>())
             after(cell, [this] { focusIs(entry()); });
         for (int i = 1; i <= 21; ++i) {
-            after(button(qPrintable(QStringLiteral("cDemoButt(%1)").arg(i))), [this] {
+            after(button(qPrintable(QString("cDemoButt(%1)").arg(i))), [this] {
                 m_stale = true; // the board keeps its colours until it is next drawn
                 focusIs(entry());
             });
@@ -404,12 +387,9 @@ private:
                 function();
         });
     }
-    QPushButton *button(const char *name) const { return find<QPushButton>(QString::fromLatin1(name)); }
-    QLineEdit *entry() const
-    {
-        return m_window->centralWidget()->findChild<QLineEdit *>(QStringLiteral("Text1"));
-    }
-    bool callsByItself() const { return pause()->isEnabled() && pause()->text() == QStringLiteral("Pause"); }
+    QPushButton *button(const char *name) const { return find<QPushButton>(name); }
+    QLineEdit *entry() const { return m_window->centralWidget()->findChild<QLineEdit *>("Text1"); }
+    bool callsByItself() const { return pause()->isEnabled() && pause()->text() == "Pause"; }
     void isReadyAfterCall() const
     {
         demand(entry()->text().isEmpty(), "the entry box is not emptied");
@@ -435,7 +415,7 @@ private:
                              [](auto *w) { return w->isVisible() && w->inherits("QMessageBox"); }) <= 1,
                "a box covers a box");
         for (const char *name : {"frmBingo", "frmHelp", "frmVoices", "frmAbout"}) {
-            const auto windows = m_window->findChildren<QWidget *>(QString::fromLatin1(name));
+            const auto windows = m_window->findChildren<QWidget *>(name);
             demand(std::count_if(windows.begin(), windows.end(), [](auto *w) { return w->isVisible(); }) <= 1,
                    "a window is there twice");
         }
@@ -443,7 +423,7 @@ private:
 
     void checkBoard()
     {
-        const auto *board = find<RichTextBox>(QStringLiteral("RTB2"));
+        const auto *board = find<RichTextBox>("RTB2");
         bool agrees = true;
         for (int n = 1; n <= board::numberCount; ++n) {
             const bool called = m_window->isCalled(n);
@@ -462,7 +442,7 @@ private:
     void checkCalls()
     {
         const int count = m_window->callCount();
-        demand(caption("lblCallCnt") == QStringLiteral("Balls Called: %1").arg(count), "the count is wrong");
+        demand(caption("lblCallCnt") == QString("Balls Called: %1").arg(count), "the count is wrong");
         if (count == 0)
             m_history.clear();
         if (count > m_history.size()) {
@@ -476,26 +456,25 @@ private:
             if (k > 1 && count > 0)
                 past += board::pastEntry(m_history.value(k - 1)) + u' ';
         }
-        demand(find<RichTextBox>(QStringLiteral("RTB3"))->text() == board::currentLabel(m_history.value(0)),
+        demand(find<RichTextBox>("RTB3")->text() == board::currentLabel(m_history.value(0)),
                "the current number is wrong");
-        demand(find<RichTextBox>(QStringLiteral("RTB4"))->text() == past, "the past numbers are wrong");
+        demand(find<RichTextBox>("RTB4")->text() == past, "the past numbers are wrong");
     }
 
     void checkCountdown()
     {
-        static const QRegularExpression counting(
-            QStringLiteral("^(Paused|Auto Call In : (20|1?[1-9]|10))?$"));
-        const bool on = find<QCheckBox>(QStringLiteral("chkAutoCall"))->isChecked();
+        static const QRegularExpression counting("^(Paused|Auto Call In : (20|1?[1-9]|10))?$");
+        const bool on = find<QCheckBox>("chkAutoCall")->isChecked();
         const QString label = caption("lblAutoCall");
-        demand(timer("Timer2")->isActive() == (on && callsByItself()), "Timer2 does not run as it should");
+        demand(find<QTimer>("Timer2")->isActive() == (on && callsByItself()),
+               "Timer2 does not run as it should");
         demand(pause()->isEnabled() == on, "cPause is not enabled as it should be");
         if (!on)
             demand(label.isEmpty() && !callsByItself(), "switched off, it still shows a countdown");
         else if (callsByItself())
             demand(counting.match(label).hasMatch(), "no countdown is shown");
         else
-            demand(label == QStringLiteral("Paused") && pause()->text() == QStringLiteral("Play"),
-                   "paused, it does not say so");
+            demand(label == "Paused" && pause()->text() == "Play", "paused, it does not say so");
     }
 
     void note(const QByteArray &event)
@@ -555,17 +534,17 @@ int main(int argc, char *argv[])
     qputenv("QT_NO_GLIB", "1"); // in the other event loop the order of the events is not always the same
     for (const char *name : {"HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, folder.path().toLocal8Bit());
-    modMain::SettingsPath = folder.filePath(QStringLiteral("monkey.ini"));
+    modMain::SettingsPath = folder.filePath("monkey.ini");
     platform::Application application(argc, argv);
     platform::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
     QApplication::setDoubleClickInterval(0); // within it, an open list takes no click
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
-        if (!text.startsWith(QStringLiteral("This plugin does not support")))
+        if (!text.startsWith("This plugin does not support"))
             std::fprintf(stderr, "%s\n", qPrintable(text));
     });
     const QStringList arguments = QCoreApplication::arguments();
-    Monkey(arguments.value(1, QStringLiteral("10000")).toInt(),
+    Monkey(arguments.value(1, "10000").toInt(),
            arguments.size() > 2 ? arguments[2].toUInt() : std::random_device()())
         .play();
 }
