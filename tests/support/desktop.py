@@ -201,7 +201,7 @@ class Program:
 
     @staticmethod
     def _children(accessible):
-        return [accessible.get_child_at_index(i) for i in range(accessible.get_child_count())]
+        return map(accessible.get_child_at_index, range(accessible.get_child_count()))
 
     @staticmethod
     def _shows(accessible):
