@@ -26,12 +26,13 @@ bool sameName(QByteArrayView one, QByteArrayView other)
     return one.trimmed().compare(other.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-/// What `before` has and `after` has instead of it, without the bytes that are common at both ends.
-std::pair<QByteArrayView, QByteArrayView> difference(QByteArrayView before, QByteArrayView after)
+/// What `before` has and `after` has instead of it, behind `start` common bytes and without those that are
+/// common at the end.
+std::pair<QByteArrayView, QByteArrayView> difference(QByteArrayView before, QByteArrayView after,
+                                                     qsizetype start)
 {
-    const auto start = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
-    before = before.sliced(start.first - before.begin());
-    after = after.sliced(start.second - after.begin());
+    before = before.sliced(start);
+    after = after.sliced(start);
     const auto end = std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend());
     return {before.chopped(end.first - before.rbegin()), after.chopped(end.second - after.rbegin())};
 }
@@ -50,12 +51,21 @@ void setAndCompare(const QByteArray &content, const QByteArray &section, const Q
     Q_ASSERT(platform::findValue(after, section, key) == stored);
     Q_ASSERT(platform::withValue(after, section, key, value) == after);
 
-    const auto [removed, inserted] = difference(content, after);
+    const auto differs = std::mismatch(content.begin(), content.end(), after.begin(), after.end()).first;
+    qsizetype start = differs - content.begin();
     if (const auto old = platform::findValue(content, section, key)) {
-        Q_ASSERT(isPartOf(removed, *old) && isPartOf(inserted, stored));
+        // Bytes that are alike leave more than one place where the change can have begun.
+        const auto isInside = [&, value = *old](qsizetype from) {
+            const auto [removed, inserted] = difference(content, after, from);
+            return isPartOf(removed, value) && isPartOf(inserted, stored);
+        };
+        while (start > 0 && !isInside(start))
+            --start;
+        Q_ASSERT(isInside(start));
     } else {
         constexpr qsizetype mostBetween =
             10; // brackets, equals sign, quotes and three line ends of two bytes
+        const auto [removed, inserted] = difference(content, after, start);
         Q_ASSERT(removed.isEmpty());
         Q_ASSERT(inserted.size() <= section.size() + key.size() + stored.size() + mostBetween);
     }
