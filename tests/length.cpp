@@ -100,7 +100,8 @@ int main(int argc, char *argv[])
     help.close();
 
     MainWindow w;
-    Evening evening(argc > 1 ? std::atoi(argv[1]) : 1);
+    const int divisor = argc > 1 ? std::atoi(argv[1]) : 1;
+    Evening evening(divisor);
     const auto openAndClose = [&w, &evening](const char *name, const std::function<void()> &open) {
         evening.repeat(name, 10000, 1, [&](int) {
             open();
@@ -119,7 +120,7 @@ int main(int argc, char *argv[])
             QCoreApplication::processEvents();
         w.speech.spoken.clear();
     });
-    const bool counted = w.caption("lblCallCnt") == QString("Balls Called: %1").arg(w.window.callCount());
+    const bool counted = w.caption("lblCallCnt") == QString("Balls Called: %1").arg(100000 / divisor);
     std::printf("%s\n", qPrintable(w.caption("lblCallCnt")));
     w.find<QCheckBox>("chkMakeVoiceCall")->click();
     openAndClose("frmHelp", [&] { choose("mnuHelp"); });

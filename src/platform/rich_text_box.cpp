@@ -104,6 +104,7 @@ void RichTextBox::setLetterWidth(Range range, int percent)
 
 void RichTextBox::setLineHeight(int pixels)
 {
+    document()->setTextWidth(viewport()->width()); // else nothing has a height before the first showing
     const double natural = document()->documentLayout()->blockBoundingRect(document()->firstBlock()).height();
     QTextBlockFormat format;
     format.setLineHeight(pixels - natural, QTextBlockFormat::LineDistanceHeight);
