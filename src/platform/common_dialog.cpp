@@ -2,6 +2,7 @@
 
 #include "platform/error.h"
 
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 
@@ -20,14 +21,17 @@ void CommonDialog::ShowPrinter(QWidget *owner)
 {
     m_printer.reset();
     auto printer = std::make_unique<QPrinter>();
-    QPrintDialog dialog(printer.get(), owner);
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange, !(Flags & NoPageNumbers));
-    dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
-    dialog.setOption(QAbstractPrintDialog::PrintSelection, Flags & PrintSelection);
+    // Its owner may be closed while it is open, and takes it along, and this object as well.
+    const QPointer dialog = new QPrintDialog(printer.get(), owner);
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange, !(Flags & NoPageNumbers));
+    dialog->setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    dialog->setOption(QAbstractPrintDialog::PrintSelection, Flags & PrintSelection);
     if (Flags & PrintSelection)
-        dialog.setPrintRange(QAbstractPrintDialog::Selection);
-    const bool chosen = dialog.exec() == QDialog::Accepted;
-    if (!chosen && CancelError)
+        dialog->setPrintRange(QAbstractPrintDialog::Selection);
+    const bool chosen = dialog->exec() == QDialog::Accepted;
+    const bool outlived = !dialog;
+    delete dialog;
+    if (outlived || (!chosen && CancelError))
         throw Error(cancelWasSelected, QStringLiteral("Cancel was selected."));
     if (chosen && (Flags & ReturnDC))
         m_printer = std::move(printer);

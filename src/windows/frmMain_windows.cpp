@@ -12,7 +12,8 @@ void frmMain::mnuHelp_Click()
         m_help = new frmHelp(this);
         m_help->Form_Load(platform::executableFolder()); // known by now: a box may open
     }
-    platform::showInFront(m_help);
+    if (m_help)
+        platform::showInFront(m_help);
 }
 
 void frmMain::mnuAbout_Click()
