@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #endif
@@ -39,6 +40,8 @@ void EndSignals::hearSignals()
 {
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, signalSockets) != 0)
         return;
+    for (const int socket : signalSockets)
+        fcntl(socket, F_SETFD, FD_CLOEXEC); // no concern of the programs that this one starts
     auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         char byte = 0;
