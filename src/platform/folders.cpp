@@ -21,7 +21,10 @@ QString executableName()
 {
     const QFileInfo program(QCoreApplication::applicationFilePath());
     const QString name = program.completeBaseName();
-    return name.isEmpty() ? program.fileName() : name;
+    if (!name.isEmpty())
+        return name;
+    // A path that is no text in the system's encoding is not known.
+    return program.fileName().isEmpty() ? QCoreApplication::applicationName() : program.fileName();
 }
 
 QString executableFolder()
