@@ -25,13 +25,6 @@ double heap()
     return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
-/// Kilobytes of memory that the process holds.
-double resident()
-{
-    QFile status("/proc/self/statm");
-    return status.open(QIODevice::ReadOnly) ? status.readAll().split(' ').value(1).toDouble() * 4 : 0;
-}
-
 double median(std::vector<float> times)
 {
     std::nth_element(times.begin(), times.begin() + std::ssize(times) / 2, times.end());
@@ -44,8 +37,7 @@ public:
     explicit Evening(int divisor)
         : m_divisor(divisor)
     {
-        std::printf("%-22s %9s %12s %12s %11s %11s\n", "", "times", "heap, kB", "process, kB", "first, us",
-                    "last, us");
+        std::printf("%-22s %9s %12s %11s %11s\n", "", "times", "heap, kB", "first, us", "last, us");
     }
 
     /// Does something `times` times, `settle` of them at once before the windows are painted.
@@ -55,7 +47,6 @@ public:
         std::vector<float> each;
         each.reserve(static_cast<std::size_t>(times));
         double heapThen = 0;
-        double residentThen = 0;
         for (int i = 1; i <= times; ++i) {
             QElapsedTimer clock;
             clock.start();
@@ -64,16 +55,13 @@ public:
                 QCoreApplication::processEvents();
             each.push_back(static_cast<float>(clock.nsecsElapsed()) / 1000);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            if (i == times / 10) {
+            if (i == times / 10)
                 heapThen = heap();
-                residentThen = resident();
-            }
         }
         const double grown = (heap() - heapThen) / 1024;
         const double first = median({each.begin(), each.begin() + times / 10});
         const double last = median({each.end() - times / 10, each.end()});
-        std::printf("%-22s %9d %+12.0f %+12.0f %11.1f %11.1f\n", name, times, grown,
-                    resident() - residentThen, first, last);
+        std::printf("%-22s %9d %+12.0f %11.1f %11.1f\n", name, times, grown, first, last);
         m_holds = m_holds && grown < 200 && last < 3 * first;
     }
 

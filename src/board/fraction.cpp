@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <random>
 
+// Apart from the rest of the draw, so that a test can be linked with fractions of its own.
 namespace board {
 
 double freshFraction()
