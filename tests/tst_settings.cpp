@@ -115,8 +115,10 @@ private Q_SLOTS:
         for (int kill = 0; kill < 1000; ++kill) {
             setBytes(path, file(1));
             const pid_t child = fork();
-            for (int save = 2; child == 0; ++save)
-                write(QString(1 + save % 50, '7'));
+            if (child == 0) {
+                for (int save = 2;; ++save)
+                    write(QString(1 + save % 50, '7'));
+            }
             usleep(QRandomGenerator::global()->bounded(longestWait));
             QCOMPARE(::kill(child, SIGKILL), 0);
             QCOMPARE(waitpid(child, nullptr, 0), child);
