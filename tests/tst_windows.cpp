@@ -110,7 +110,7 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         openHelp(QByteArray("word ").repeated(1'000'000)); // one line
-        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
     }
 
     void prints()
