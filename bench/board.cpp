@@ -6,9 +6,9 @@
 //   bench_board speech   the longest time, in milliseconds, that a call with speech keeps the window from
 //                        reacting, beside that of a call without
 
-#include "app/modMain.h"
-#include "platform/appearance.h"
-#include "platform/design_table.h"
+#include "appearance.h"
+#include "design_table.h"
+#include "modMain.h"
 #include "support/main_window.h"
 
 #include <QElapsedTimer>
@@ -21,8 +21,8 @@
 
 namespace {
 
-using platform::control;
-using platform::RichTextBox;
+using controls::control;
+using controls::RichTextBox;
 using Samples = std::vector<double>;
 
 /// Answers each message box with Yes or OK as soon as it has been painted.
@@ -156,7 +156,7 @@ void playGames(const MainWindow &w, int games)
     std::vector<QWidget *> all = {count};
     for (const char *name : {"RTB1", "RTB2", "RTB3", "RTB4", "RTB5"})
         all.push_back(w.display(name));
-    for (int n = 1; n <= board::numberCount; ++n)
+    for (int n = 1; n <= game::numberCount; ++n)
         all.push_back(w.number(n));
 
     Figure call{"a call", {}, {}};
@@ -164,7 +164,7 @@ void playGames(const MainWindow &w, int games)
     Figure clear{"a clear, its box answered at once", {}, {}};
     double early = 0;
     for (int game = 1; game <= games; ++game) {
-        for (int n = 1; n <= board::numberCount; ++n) {
+        for (int n = 1; n <= game::numberCount; ++n) {
             call.action.push_back(timed([&] { w.number(n)->click(); }));
             call.bare.push_back(timed([&] {
                 repaint({count, w.number(n), w.display("RTB2"), w.display("RTB3"), w.display("RTB4")});
@@ -201,7 +201,7 @@ void selectPatterns(const MainWindow &w)
 
 void changeFontSize(const MainWindow &w)
 {
-    auto *size = w.find<platform::ComboBox>(QStringLiteral("iFontSize"));
+    auto *size = w.find<controls::ComboBox>(QStringLiteral("iFontSize"));
     Figure change{"a font-size change", {}, {}};
     for (int i = 0; i < 100; ++i) {
         size->setEditText(QString::number(30 + i % 3));
@@ -249,7 +249,7 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    platform::applyAppearance(application);
+    controls::applyAppearance(application);
     Operator operatorAtHand;
     application.installEventFilter(&operatorAtHand);
     const QString task = QCoreApplication::arguments().at(1);

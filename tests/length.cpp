@@ -5,7 +5,7 @@
 //
 // A divisor of 100 does a hundredth of it.
 
-#include "platform/appearance.h"
+#include "appearance.h"
 #include "support/main_window.h"
 
 #include <QAction>
@@ -79,7 +79,7 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
-    platform::applyAppearance(application);
+    controls::applyAppearance(application);
     QPixmapCache::setCacheLimit(
         0); // it grows to its limit, and forgets only what has been there for a minute
     QFile help(QCoreApplication::applicationDirPath() + "/help.txt");

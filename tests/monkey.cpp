@@ -6,16 +6,16 @@
 // The same seed plays the same game: the program's own timers tick, and its speech service answers, only when
 // the monkey wants it, and its fractions are what the draw draws with.
 
-#include "app/modMain.h"
-#include "board/draw.h"
-#include "board/frmMain.h"
-#include "board/numbers.h"
-#include "platform/appearance.h"
-#include "platform/application.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/rich_text_box.h"
-#include "platform/sp_voice.h"
+#include "appearance.h"
+#include "application.h"
+#include "colors.h"
+#include "controls.h"
+#include "draw.h"
+#include "frmMain.h"
+#include "modMain.h"
+#include "numbers.h"
+#include "rich_text_box.h"
+#include "sp_voice.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -33,10 +33,10 @@
 #include <deque>
 #include <random>
 
-using platform::ColorBox;
-using platform::ColorButton;
-using platform::RichTextBox;
-using platform::SpVoice;
+using controls::ColorBox;
+using controls::ColorButton;
+using controls::RichTextBox;
+using speech::SpVoice;
 
 namespace {
 
@@ -60,21 +60,21 @@ bool oneIn(int many)
 }
 
 /// A speech service that begins, ends and fails when the monkey says so, also when nobody asked.
-class Engine : public platform::SpEngine
+class Engine : public speech::SpEngine
 {
 public:
     Engine() { all.append(this); }
     ~Engine() override { all.removeOne(this); }
     void open() override {}
-    void speak(const platform::SpText &) override {}
+    void speak(const speech::SpText &) override {}
     void ping() override {}
 
     void act()
     {
-        static const QList<platform::SpVoiceInfo> voices(20, {"Ann", "en-US"});
+        static const QList<speech::SpVoiceInfo> voices(20, {"Ann", "en-US"});
         const int kind = below(30);
         if (kind == 0)
-            Q_EMIT failed(platform::SpLost, "The service has gone.");
+            Q_EMIT failed(speech::SpLost, "The service has gone.");
         else if (kind == 1)
             Q_EMIT opened({});
         else if (kind < 10)
@@ -97,9 +97,9 @@ public:
     {
         chance.seed(seed);
         qApp->installEventFilter(this);
-        SpVoice::setSystemEngine([]() -> std::unique_ptr<platform::SpEngine> {
+        SpVoice::setSystemEngine([]() -> std::unique_ptr<speech::SpEngine> {
             if (oneIn(5))
-                throw platform::Error(platform::SpNotInstalled, "There is none.");
+                throw files::Error(speech::SpNotInstalled, "There is none.");
             return std::make_unique<Engine>();
         });
     }
@@ -364,7 +364,7 @@ private:
     /// Where the focus and the entry are left by each command.
     void watch()
     {
-        for (int n = 1; n <= board::numberCount; ++n)
+        for (int n = 1; n <= game::numberCount; ++n)
             after(number(n), [this] { isReadyAfterCall(); });
         after(button("cmdClear"), [this] { focusIs(entry()); });
         after(find<QAbstractButton>("chkAutoCall"),
@@ -425,14 +425,14 @@ private:
     {
         const auto *board = find<RichTextBox>("RTB2");
         bool agrees = true;
-        for (int n = 1; n <= board::numberCount; ++n) {
+        for (int n = 1; n <= game::numberCount; ++n) {
             const bool called = m_window->isCalled(n);
             demand(number(n)->backColor() ==
-                       (called ? platform::colors::buttonShadow : platform::colors::buttonFace),
+                       (called ? controls::colors::buttonShadow : controls::colors::buttonFace),
                    "a button has not the colour of its flag");
-            for (int i = 0; i < board::cellWidth; ++i)
+            for (int i = 0; i < game::cellWidth; ++i)
                 agrees =
-                    agrees && (board->colorAt(board::cellOffset(n) + i) == platform::colors::red) == called;
+                    agrees && (board->colorAt(game::cellOffset(n) + i) == controls::colors::red) == called;
             m_fingerprint = m_fingerprint * 31 + called;
         }
         m_stale = m_stale && !agrees && m_window->callCount() == m_history.size();
@@ -454,9 +454,9 @@ private:
         for (int k = 1; k <= 5; ++k) {
             demand(m_window->lastCall(k) == m_history.value(k - 1), "the last calls are wrong");
             if (k > 1 && count > 0)
-                past += board::pastEntry(m_history.value(k - 1)) + u' ';
+                past += game::pastEntry(m_history.value(k - 1)) + u' ';
         }
-        demand(find<RichTextBox>("RTB3")->text() == board::currentLabel(m_history.value(0)),
+        demand(find<RichTextBox>("RTB3")->text() == game::currentLabel(m_history.value(0)),
                "the current number is wrong");
         demand(find<RichTextBox>("RTB4")->text() == past, "the past numbers are wrong");
     }
@@ -535,8 +535,8 @@ int main(int argc, char *argv[])
     for (const char *name : {"HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, folder.path().toLocal8Bit());
     modMain::SettingsPath = folder.filePath("monkey.ini");
-    platform::Application application(argc, argv);
-    platform::applyAppearance(application);
+    app::Application application(argc, argv);
+    controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
     QApplication::setDoubleClickInterval(0); // within it, an open list takes no click
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {

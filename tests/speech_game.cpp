@@ -1,14 +1,14 @@
 // Speaks through the desktop's own service, for tests/speech_sound.sh: the texts of its arguments, or else
 // the two phrases of all 75 calls, one after the other. Prints "end", or "failed NUMBER", for each.
 
-#include "platform/sp_voice.h"
-#include "voice/phrases.h"
+#include "phrases.h"
+#include "sp_voice.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
 
-using platform::SpVoice;
+using speech::SpVoice;
 
 int main(int argc, char *argv[])
 {

@@ -1,6 +1,6 @@
 // The main window's board: its design, calling and un-calling, the displays, the entry and the draw.
 
-#include "platform/appearance.h"
+#include "appearance.h"
 #include "support/main_window.h"
 
 #include <QClipboard>
@@ -13,7 +13,7 @@ class TestBoard : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { platform::applyAppearance(*qApp); }
+    void initTestCase() { controls::applyAppearance(*qApp); }
 
     void places()
     {
@@ -92,9 +92,9 @@ private Q_SLOTS:
         MainWindow w;
         w.window.resize(926, 600); // too small for the larger sizes: both scroll
         w.press(40);
-        auto *font = w.find<platform::ComboBox>("iFontSize");
+        auto *font = w.find<controls::ComboBox>("iFontSize");
         auto *letters = w.display("RTB1"), *board = w.display("RTB2");
-        const auto tops = [](const platform::RichTextBox *display) {
+        const auto tops = [](const controls::RichTextBox *display) {
             QList<double> found;
             for (QTextBlock line = display->document()->begin(); line.isValid(); line = line.next())
                 found += line.layout()->boundingRect().height() + line.layout()->position().y() -
@@ -148,7 +148,7 @@ private Q_SLOTS:
         const MainWindow w;
         w.press(33);
         for (const char *name : {"RTB1", "RTB2", "RTB3", "RTB4", "RTB5"}) {
-            platform::RichTextBox *display = w.display(name);
+            controls::RichTextBox *display = w.display(name);
             const QString before = display->text();
             QTest::mouseDClick(display->viewport(), Qt::LeftButton);
             QVERIFY2(w.entryHasFocus(), name);
@@ -173,13 +173,13 @@ private Q_SLOTS:
         const auto pixel = [&] { return w.window.centralWidget()->grab().toImage().pixel(inside); };
         QTest::mouseClick(w.cell(10), Qt::LeftButton, {}, QPoint(w.cell(10)->width() - 3, 3));
         QVERIFY(w.cell(10)->accessibleName() == "Pattern row 2, column O, lit" && w.entryHasFocus());
-        QCOMPARE(pixel(), platform::colors::black);
+        QCOMPARE(pixel(), controls::colors::black);
         QTest::keyClicks(w.entry(), "7");
-        QCOMPARE(pixel(), platform::colors::white);
+        QCOMPARE(pixel(), controls::colors::white);
         QTest::mouseClick(w.window.centralWidget(), Qt::LeftButton, {}, inside);
         QVERIFY(w.entryHasFocus());
         QTest::mouseClick(w.cell(10), Qt::LeftButton, {}, QPoint(w.cell(10)->width() - 3, 3));
-        QCOMPARE(w.cell(10)->backColor(), platform::colors::white);
+        QCOMPARE(w.cell(10)->backColor(), controls::colors::white);
     }
 
     void calls()
@@ -192,7 +192,7 @@ private Q_SLOTS:
         for (const int n : {7, 44, 61, 33})
             w.press(n);
         QCOMPARE(w.seen(), "5|N33|O61 N44 B7  B12 |7 12 33 44 61");
-        QCOMPARE(w.display("RTB3")->colorAt(0), platform::colors::red);
+        QCOMPARE(w.display("RTB3")->colorAt(0), controls::colors::red);
         w.press(75);
         QCOMPARE(w.seen(), "6|O75|N33 O61 N44 B7  |7 12 33 44 61 75");
         const Answer yes(QMessageBox::Yes);
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QCOMPARE(w.called(), "12 33 44 61 75");
         w.press(7); // counts again
         QCOMPARE(w.seen(), "7|B7|O75 N33 O61 N44 |7 12 33 44 61 75");
-        QCOMPARE(w.display("RTB2")->text(), board::boardText());
+        QCOMPARE(w.display("RTB2")->text(), game::boardText());
         QVERIFY(w.entryHasFocus() && w.entry()->text().isEmpty());
     }
 

@@ -1,7 +1,7 @@
 // The contrast of the program's texts against what lies behind them, and the table of it in docs/contrast.md.
 
-#include "platform/appearance.h"
-#include "platform/colors.h"
+#include "appearance.h"
+#include "colors.h"
 
 #include <QApplication>
 #include <QFile>
@@ -34,12 +34,12 @@ class TestContrast : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { platform::applyAppearance(*qApp); }
+    void initTestCase() { controls::applyAppearance(*qApp); }
 
     /// With VELLOMIR_UPDATE_DOCS set, it writes the table.
     void everyTextCanBeRead()
     {
-        namespace colors = platform::colors;
+        namespace colors = controls::colors;
         const auto of = [](QPalette::ColorRole role, QPalette::ColorGroup group = QPalette::Active) {
             return QApplication::palette().color(group, role);
         };

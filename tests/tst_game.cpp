@@ -1,11 +1,11 @@
 // An evening's commands: the countdown, pause and play, clear, BINGO, errors, and the end.
 
-#include "platform/appearance.h"
-#include "platform/application.h"
-#include "platform/error.h"
-#include "platform/message_box.h"
+#include "appearance.h"
+#include "application.h"
+#include "error.h"
+#include "frmBingo.h"
+#include "message_box.h"
 #include "support/main_window.h"
-#include "windows/frmBingo.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ class TestGame : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { platform::applyAppearance(*qApp); }
+    void initTestCase() { controls::applyAppearance(*qApp); }
 
     void countdown()
     {
@@ -116,7 +116,7 @@ private Q_SLOTS:
             QCOMPARE(question.said.value(0), "Clear Board|Clearing board,\nAre you sure?");
             QCOMPARE(w.seen(), seen);
             QCOMPARE(w.called(), w.red());
-            QCOMPARE(w.display("RTB2")->text(), board::boardText());
+            QCOMPARE(w.display("RTB2")->text(), game::boardText());
             QVERIFY(w.countdown() == "Paused|Play" && !w.isCounting());
             QVERIFY(w.entryHasFocus() && w.entry()->text().isEmpty());
             w.press(9);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(w.window.findChildren<frmBingo *>().size(), 1);
         QCOMPARE(w.countdown(), "Paused|Play");
 
-        auto *display = bingo->findChild<platform::RichTextBox *>();
+        auto *display = bingo->findChild<controls::RichTextBox *>();
         auto *timer = bingo->findChild<QTimer *>();
         const auto shows = [display](double points, QRgb color) {
             for (int i = 2; i < 7; ++i)
@@ -173,10 +173,10 @@ private Q_SLOTS:
     {
         const Answer ok(QMessageBox::Ok);
         QTimer::singleShot(0, qApp, [] {
-            platform::reportError(nullptr, {-2147221164, "No voice"});
+            controls::reportError(nullptr, {-2147221164, "No voice"});
             QCOMPARE(QApplication::topLevelWidgets().count(QApplication::activeModalWidget()), 1);
         });
-        platform::notice(nullptr, "first", "Notice");
+        controls::notice(nullptr, "first", "Notice");
         QTRY_COMPARE(ok.said,
                      QStringList({"Notice|first", "Run-Time Error|Desc: No voice\nErr #: -2147221164"}));
         const GameWindow w;
@@ -189,7 +189,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    platform::Application application(argc, argv);
+    app::Application application(argc, argv);
     TestGame test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,6 +1,6 @@
 // The pattern catalogue on the card, its animation, and the shadow on the board.
 
-#include "platform/appearance.h"
+#include "appearance.h"
 #include "support/main_window.h"
 
 namespace {
@@ -61,7 +61,7 @@ public:
         QString cells;
         for (int i = 1; i <= 25; ++i)
             cells +=
-                cell(i)->backColor() == platform::colors::black ? QString(QChar('a' + i - 1)) : QString();
+                cell(i)->backColor() == controls::colors::black ? QString(QChar('a' + i - 1)) : QString();
         return cells;
     }
 };
@@ -73,7 +73,7 @@ class TestPatterns : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { platform::applyAppearance(*qApp); }
+    void initTestCase() { controls::applyAppearance(*qApp); }
 
     /// What is selected forgets what was called; the board keeps its colours until the next call.
     void everyPattern()

@@ -1,7 +1,7 @@
 // The settings file: what is read from a profile, and that a write changes one value and no other byte.
 
-#include "app/mod_ini_Stuff.h"
-#include "platform/profile_file.h"
+#include "mod_ini_Stuff.h"
+#include "profile_file.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -53,8 +53,8 @@ private Q_SLOTS:
             {"\xEF\xBB\xBF", "-", "\xEF\xBB\xBF[Options]\r\nFontSz=40\r\n"},
         };
         for (const auto &[before, value, after] : rows) {
-            QCOMPARE(platform::findValue(before, "Options", "FontSz").value_or("-"), value);
-            QCOMPARE(platform::withValue(before, "Options", "FontSz", "40"), after);
+            QCOMPARE(files::findValue(before, "Options", "FontSz").value_or("-"), value);
+            QCOMPARE(files::withValue(before, "Options", "FontSz", "40"), after);
         }
     }
 

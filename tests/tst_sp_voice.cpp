@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-using namespace platform;
+using namespace speech;
 using namespace std::chrono_literals;
 
 constexpr int async = SpVoice::SVSFlagsAsync;
@@ -28,7 +28,7 @@ struct Bench
     {
         try {
             voice->Speak(text, SpVoice::SVSFDefault);
-        } catch (const Error &error) {
+        } catch (const files::Error &error) {
             return error.number;
         }
         return 0;
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QCOMPARE(spoken, "default 1 0|chosen 2 10|changed 0 -10|");
         QCOMPARE(bench.voice->GetVoices(), QStringList({"Ann", "Bob", "Cid"}));
         for (const int position : {3, -1})
-            QVERIFY_THROWS_EXCEPTION(Error, bench.voice->setVoice(position));
+            QVERIFY_THROWS_EXCEPTION(files::Error, bench.voice->setVoice(position));
     }
 
     void serviceFails()
@@ -93,7 +93,7 @@ private Q_SLOTS:
         Q_EMIT bench.service.engine->failed(SpLost, "lost");
         QTRY_COMPARE(bench.log, QStringList({"known", "failed 2"}));
         bench.service.isInstalled = false;
-        QVERIFY_THROWS_EXCEPTION(Error, bench.voice->Speak("thrown", async));
+        QVERIFY_THROWS_EXCEPTION(files::Error, bench.voice->Speak("thrown", async));
         bench.service.isInstalled = bench.service.speaksByItself = true;
         bench.speak({"anew"});
         QTRY_COMPARE(bench.log.last(), "end 4");

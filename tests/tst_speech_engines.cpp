@@ -1,7 +1,7 @@
 // The real engines below the voice, against a speech-dispatcher of the test's own in all its moods.
 
-#include "platform/qt_speech_engine.h"
-#include "platform/ssip_engine.h"
+#include "qt_speech_engine.h"
+#include "ssip_engine.h"
 #include "support/fake_sp_engine.h"
 
 #include <QElapsedTimer>
@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace platform;
+using namespace speech;
 using namespace std::chrono_literals;
 
 constexpr SpPatience patience{200ms, 3s, 600ms, 600ms, 0ms};
@@ -121,7 +121,7 @@ private Q_SLOTS:
         for (const QByteArray &address :
              {QByteArray(), QByteArray("inet_socket:::1:1"), qgetenv("SPEECHD_ADDRESS")}) {
             qputenv("SPEECHD_ADDRESS", address);
-            QVERIFY_THROWS_EXCEPTION(Error, SpVoice());
+            QVERIFY_THROWS_EXCEPTION(files::Error, SpVoice());
         }
         qputenv("SPEECHD_CMD", "false");
         makeVoice();

@@ -1,11 +1,11 @@
 // What can be said without a screen: labels, entries, the draw, the phrases of the voice and the texts of
 // files.
 
-#include "board/draw.h"
-#include "board/entry.h"
-#include "board/numbers.h"
-#include "platform/text_file.h"
-#include "voice/phrases.h"
+#include "draw.h"
+#include "entry.h"
+#include "numbers.h"
+#include "phrases.h"
+#include "text_file.h"
 
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -26,8 +26,8 @@ private Q_SLOTS:
     {
         QString current, past;
         for (const int n : {0, 1, 15, 16, 30, 31, 45, 46, 60, 61, 75, 76}) {
-            current += board::currentLabel(n) + '|';
-            past += board::pastEntry(n) + '|';
+            current += game::currentLabel(n) + '|';
+            past += game::pastEntry(n) + '|';
         }
         QCOMPARE(current, "|B1|B15|I16|I30|N31|N45|G46|G60|O61|O75||");
         QCOMPARE(past, "|B1 |B15|I16|I30|N31|N45|G46|G60|O61|O75||");
@@ -35,12 +35,12 @@ private Q_SLOTS:
 
     void boardTextHoldsEveryCellAtItsOffset()
     {
-        const QString text = board::boardText();
+        const QString text = game::boardText();
         QVERIFY(text.size() == 241 && text.startsWith("1  2  3  ") && text.mid(42, 10) == "15 \r\n\r\n16 ");
-        QCOMPARE(board::cellOffset(16), 49);
+        QCOMPARE(game::cellOffset(16), 49);
         for (int n = 1; n <= 75; ++n)
-            QCOMPARE(text.mid(board::cellOffset(n), 3).trimmed(), QString::number(n));
-        QCOMPARE(board::letterColumn(2), "B\r\n\r\nI\r\n\r\nN\r\n\r\nG\r\n\r\nO");
+            QCOMPARE(text.mid(game::cellOffset(n), 3).trimmed(), QString::number(n));
+        QCOMPARE(game::letterColumn(2), "B\r\n\r\nI\r\n\r\nN\r\n\r\nG\r\n\r\nO");
     }
 
     void entries()
@@ -117,18 +117,18 @@ Next\tab one\line \u8364? \u-10179?\u-8704? a\\b\~c\par})",
             {"{\\rtf1" + QByteArray(1000000, '{'), ""},
         };
         for (const auto &[bytes, text] : rows)
-            QCOMPARE(platform::decodedText(bytes), text);
+            QCOMPARE(files::decodedText(bytes), text);
     }
 
     void whatIsNoFileIsNoText()
     {
         const QTemporaryDir folder;
-        QVERIFY(!platform::readTextFile(folder.filePath("none.txt")));
-        QVERIFY(!platform::readTextFile(folder.path()));
+        QVERIFY(!files::readTextFile(folder.filePath("none.txt")));
+        QVERIFY(!files::readTextFile(folder.path()));
 #ifdef Q_OS_UNIX
         QCOMPARE(::mkfifo(qPrintable(folder.filePath("pipe")), 0600), 0);
-        QVERIFY(!platform::readTextFile(folder.filePath("pipe")));
-        QVERIFY(!platform::readTextFile("/proc/self/mem")); // opens, and cannot be read
+        QVERIFY(!files::readTextFile(folder.filePath("pipe")));
+        QVERIFY(!files::readTextFile("/proc/self/mem")); // opens, and cannot be read
 #endif
     }
 
@@ -136,10 +136,10 @@ Next\tab one\line \u8364? \u-10179?\u-8704? a\\b\~c\par})",
     {
         QTemporaryFile file;
         QVERIFY(file.open());
-        file.write("xy" + QByteArray("€").repeated(platform::longestText));
+        file.write("xy" + QByteArray("€").repeated(files::longestText));
         file.close();
-        const QString text = platform::readTextFile(file.fileName()).value_or("");
-        const qsizetype whole = (platform::longestText - 2) / 3;
+        const QString text = files::readTextFile(file.fileName()).value_or("");
+        const qsizetype whole = (files::longestText - 2) / 3;
         QVERIFY(text.startsWith("xy" + QString(whole, u'€') + "\n\n(The file goes on."));
     }
 };

@@ -1,9 +1,9 @@
 // The announcement of calls and the voice options window, with a stand-in for the speech service.
 
-#include "platform/appearance.h"
-#include "platform/application.h"
+#include "appearance.h"
+#include "application.h"
+#include "frmVoices.h"
 #include "support/main_window.h"
-#include "voice/frmVoices.h"
 
 #include <QListWidget>
 #include <QSlider>
@@ -45,7 +45,7 @@ class TestVoice : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { platform::applyAppearance(*qApp); }
+    void initTestCase() { controls::applyAppearance(*qApp); }
 
     void calls()
     {
@@ -177,15 +177,15 @@ private Q_SLOTS:
         });
         w.press(options, "cListen");
         QCOMPARE(w.called(), "");
-        QCOMPARE(w.cell(13)->backColor(), platform::colors::white);
+        QCOMPARE(w.cell(13)->backColor(), controls::colors::white);
         w.tick("Timer1");
-        QCOMPARE(w.cell(13)->backColor(), platform::colors::black);
+        QCOMPARE(w.cell(13)->backColor(), controls::colors::black);
     }
 };
 
 int main(int argc, char *argv[])
 {
-    platform::Application application(argc, argv);
+    app::Application application(argc, argv);
     TestVoice test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,10 +1,10 @@
 // The help and the about window, their printing, and how they live beside the main window.
 
-#include "platform/appearance.h"
+#include "appearance.h"
+#include "frmAbout.h"
+#include "frmHelp.h"
 #include "publisher.h"
 #include "support/main_window.h"
-#include "windows/frmAbout.h"
-#include "windows/frmHelp.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -61,7 +61,7 @@ public Q_SLOTS:
 private Q_SLOTS:
     void initTestCase()
     {
-        platform::applyAppearance(*qApp);
+        controls::applyAppearance(*qApp);
         m_owner.show();
     }
 

@@ -1,7 +1,7 @@
-#include "app/modMain.h"
-#include "platform/appearance.h"
-#include "platform/application.h"
-#include "platform/quiet_start.h"
+#include "appearance.h"
+#include "application.h"
+#include "modMain.h"
+#include "quiet_start.h"
 
 #include <QIcon>
 #include <QImageReader>
@@ -26,15 +26,15 @@ QIcon programIcon()
 
 int main(int argc, char *argv[])
 {
-    platform::Application::setDesktopSettingsAware(false);
-    platform::Application::setApplicationName(QStringLiteral("Vellomir"));
-    platform::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
-    std::optional<platform::QuietStart> start(std::in_place);
-    platform::Application application(argc, argv);
+    app::Application::setDesktopSettingsAware(false);
+    app::Application::setApplicationName(QStringLiteral("Vellomir"));
+    app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
+    std::optional<os::QuietStart> start(std::in_place);
+    app::Application application(argc, argv);
     start.reset();
-    platform::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
-    platform::applyAppearance(application);
-    platform::Application::setWindowIcon(programIcon());
+    app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
+    controls::applyAppearance(application);
+    app::Application::setWindowIcon(programIcon());
     modMain::Main();
-    return platform::Application::exec();
+    return app::Application::exec();
 }

@@ -1,9 +1,9 @@
-#include "app/modMain.h"
+#include "modMain.h"
 
-#include "app/mod_ini_Stuff.h"
-#include "board/frmMain.h"
-#include "platform/end_signals.h"
-#include "platform/folders.h"
+#include "folders.h"
+#include "frmMain.h"
+#include "mod_ini_Stuff.h"
+#include "quit_requests.h"
 
 #include <QApplication>
 #include <QDir>
@@ -43,9 +43,9 @@ void endForSystem()
 /// Must be there before the first box is: hears the system's wish that the program end.
 void hearSystem()
 {
-    auto *signals = new platform::EndSignals(qApp);
-    QObject::connect(signals, &platform::EndSignals::ended, qApp, endForSystem);
-    QObject::connect(signals, &platform::EndSignals::saveRequested, qApp, saveOpenBoard);
+    auto *signals = new os::QuitRequests(qApp);
+    QObject::connect(signals, &os::QuitRequests::ended, qApp, endForSystem);
+    QObject::connect(signals, &os::QuitRequests::saveRequested, qApp, saveOpenBoard);
     std::atexit(saveOpenBoard); // so does Qt leave when the display is gone
 }
 
@@ -85,10 +85,10 @@ void Main()
     auto *window = new frmMain(Voice);
     endWith(window);
 
-    const QString folder = platform::settingsBaseFolder() + QDir::separator() + platform::executableName();
+    const QString folder = files::settingsBaseFolder() + QDir::separator() + files::executableName();
     if (!DirExists(folder))
-        platform::createFolder(folder);
-    SettingsPath = folder + QDir::separator() + platform::executableName() + QStringLiteral(".ini");
+        files::createFolder(folder);
+    SettingsPath = folder + QDir::separator() + files::executableName() + QStringLiteral(".ini");
     LoadSettings(*window);
     board = window;
 

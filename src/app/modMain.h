@@ -1,6 +1,6 @@
 #pragma once
 
-#include "voice/voice_choice.h"
+#include "voice_choice.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "app/mod_ini_Stuff.h"
+#include "mod_ini_Stuff.h"
 
-#include "platform/profile_file.h"
+#include "profile_file.h"
 
 namespace app {
 
@@ -12,7 +12,7 @@ constexpr qsizetype bufferSize = 2048;
 
 QString ReadIni(const QString &file, const QString &section, const QString &key, const QString &defaultText)
 {
-    const auto value = platform::readProfileString(file, section, key, QString(), bufferSize);
+    const auto value = files::readProfileString(file, section, key, QString(), bufferSize);
     if (!value)
         return QString();
     return value->isEmpty() ? defaultText : *value;
@@ -20,7 +20,7 @@ QString ReadIni(const QString &file, const QString &section, const QString &key,
 
 bool WriteIni(const QString &file, const QString &section, const QString &key, const QString &value)
 {
-    return platform::writeProfileString(file, section, key, value);
+    return files::writeProfileString(file, section, key, value);
 }
 
 } // namespace app

@@ -1,4 +1,4 @@
-#include "board/draw.h"
+#include "draw.h"
 
 #include <cmath>
 

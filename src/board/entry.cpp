@@ -1,21 +1,21 @@
-#include "board/entry.h"
+#include "entry.h"
 
-#include "board/numbers.h"
-#include "platform/numeric.h"
+#include "numbers.h"
+#include "numeric.h"
 
 namespace board {
 
 std::optional<int> calledByValue(double value)
 {
-    if (!(value > 0.0 && value < numberCount + 1))
+    if (!(value > 0.0 && value < game::numberCount + 1))
         return std::nullopt;
-    const int n = platform::roundHalfEven(value);
-    return isNumber(n) ? std::optional(n) : std::nullopt;
+    const int n = files::roundHalfEven(value);
+    return game::isNumber(n) ? std::optional(n) : std::nullopt;
 }
 
 std::optional<QString> behindLetter(const QString &entry)
 {
-    if (entry.isEmpty() || platform::parseNumber(entry))
+    if (entry.isEmpty() || files::parseNumber(entry))
         return std::nullopt;
     const QChar letter = entry.front().toUpper();
     if (!QStringView(u"BINGO").contains(letter))
@@ -25,7 +25,7 @@ std::optional<QString> behindLetter(const QString &entry)
 
 std::optional<int> calledByEntry(const QString &entry)
 {
-    const std::optional<double> value = platform::parseNumber(behindLetter(entry).value_or(entry));
+    const std::optional<double> value = files::parseNumber(behindLetter(entry).value_or(entry));
     return value ? calledByValue(*value) : std::nullopt;
 }
 

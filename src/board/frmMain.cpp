@@ -1,14 +1,14 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/frmMain_design.h"
-#include "patterns/catalogue.h"
-#include "platform/appearance.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/rich_text_box.h"
-#include "platform/sp_voice.h"
-#include "voice/frmVoices.h"
-#include "windows/frmBingo.h"
+#include "appearance.h"
+#include "catalogue.h"
+#include "colors.h"
+#include "controls.h"
+#include "frmBingo.h"
+#include "frmMain_design.h"
+#include "frmVoices.h"
+#include "rich_text_box.h"
+#include "sp_voice.h"
 
 #include <QMenuBar>
 #include <QTimer>
@@ -16,7 +16,7 @@
 #include <algorithm>
 #include <vector>
 
-using platform::control;
+using controls::control;
 
 frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
@@ -43,20 +43,20 @@ void frmMain::buildControls()
     m_client = new QWidget(this);
     m_client->setObjectName(QStringLiteral("client"));
     setCentralWidget(m_client);
-    platform::buildDesign(mainDesign::controls(), m_client);
+    controls::buildDesign(mainDesign::controls(), m_client);
 
-    m_cButt[1] = control<platform::ColorButton>(m_client, "cButt(1)");
-    m_tDemo[1] = control<platform::ColorBox>(m_client, "tDemo(1)");
-    RTB1 = control<platform::RichTextBox>(m_client, "RTB1");
-    RTB2 = control<platform::RichTextBox>(m_client, "RTB2");
-    RTB3 = control<platform::RichTextBox>(m_client, "RTB3");
-    RTB4 = control<platform::RichTextBox>(m_client, "RTB4");
-    RTB5 = control<platform::RichTextBox>(m_client, "RTB5");
-    lblCallCnt = control<platform::Label>(m_client, "lblCallCnt");
-    lblAutoCall = control<platform::Label>(m_client, "lblAutoCall");
-    Text1 = control<platform::TextBox>(m_client, "Text1");
-    iFontSize = control<platform::ComboBox>(m_client, "iFontSize");
-    cboSec = control<platform::ComboBox>(m_client, "cboSec");
+    m_cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
+    m_tDemo[1] = control<controls::ColorBox>(m_client, "tDemo(1)");
+    RTB1 = control<controls::RichTextBox>(m_client, "RTB1");
+    RTB2 = control<controls::RichTextBox>(m_client, "RTB2");
+    RTB3 = control<controls::RichTextBox>(m_client, "RTB3");
+    RTB4 = control<controls::RichTextBox>(m_client, "RTB4");
+    RTB5 = control<controls::RichTextBox>(m_client, "RTB5");
+    lblCallCnt = control<controls::Label>(m_client, "lblCallCnt");
+    lblAutoCall = control<controls::Label>(m_client, "lblAutoCall");
+    Text1 = control<controls::TextBox>(m_client, "Text1");
+    iFontSize = control<controls::ComboBox>(m_client, "iFontSize");
+    cboSec = control<controls::ComboBox>(m_client, "cboSec");
     cmdClear = control<QPushButton>(m_client, "cmdClear");
     cRandNum = control<QPushButton>(m_client, "cRandNum");
     cPause = control<QPushButton>(m_client, "cPause");
@@ -82,7 +82,7 @@ void frmMain::buildControls()
 void frmMain::buildPatternButtons()
 {
     for (int i = 1; i <= patterns::patternCount; ++i) {
-        QWidget *button = platform::buildControl(mainDesign::patternButton(i), m_client);
+        QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
         button->setObjectName(controlName("cDemoButt", i));
         m_cDemoButt[static_cast<std::size_t>(i)] = static_cast<QPushButton *>(button);
     }
@@ -125,9 +125,9 @@ QTimer *frmMain::buildTimer(const char *name, int milliseconds)
 void frmMain::setDesignFonts()
 {
     for (const auto &[name, points] : mainDesign::displayFonts()) {
-        auto *display = control<platform::RichTextBox>(m_client, name);
-        display->setBaseFont(platform::displayFont(points));
-        display->setBackColor(platform::colors::buttonFace);
+        auto *display = control<controls::RichTextBox>(m_client, name);
+        display->setBaseFont(controls::displayFont(points));
+        display->setBackColor(controls::colors::buttonFace);
     }
     RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -144,7 +144,7 @@ void frmMain::setTabOrderOfDesign()
         QWidget *widget;
     };
     std::vector<Stop> stops;
-    for (const platform::DesignRow &row : mainDesign::controls()) {
+    for (const controls::DesignRow &row : mainDesign::controls()) {
         if (row.tab >= 0)
             stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/error.h"
+#include "error.h"
 
 #include <QCheckBox>
 #include <QMainWindow>
@@ -24,15 +24,18 @@ class Grid;
 struct Pattern;
 } // namespace patterns
 
-namespace platform {
+namespace controls {
 class ColorBox;
 class ColorButton;
 class ComboBox;
 class Label;
 class RichTextBox;
-class SpVoice;
 class TextBox;
-} // namespace platform
+} // namespace controls
+
+namespace speech {
+class SpVoice;
+} // namespace speech
 
 /// The caller's board: the record of the game and the window that shows it. Everything that changes the game
 /// is a member of this class; the sections below are named after the files that hold their members.
@@ -59,11 +62,11 @@ private:
     QString controlName(const char *array, int index) const;
 
     QWidget *m_client = nullptr;
-    platform::Label *lblCallCnt = nullptr;
-    platform::Label *lblAutoCall = nullptr;
-    platform::TextBox *Text1 = nullptr;
-    platform::ComboBox *iFontSize = nullptr;
-    platform::ComboBox *cboSec = nullptr;
+    controls::Label *lblCallCnt = nullptr;
+    controls::Label *lblAutoCall = nullptr;
+    controls::TextBox *Text1 = nullptr;
+    controls::ComboBox *iFontSize = nullptr;
+    controls::ComboBox *cboSec = nullptr;
     QPushButton *cmdClear = nullptr;
     QPushButton *cRandNum = nullptr;
     QPushButton *cPause = nullptr;
@@ -124,10 +127,10 @@ private:
     /// The one writer of the called flag and the button's colour, which always agree.
     void markNumber(int n, bool called);
     void markAll(bool called);
-    platform::ColorButton *cButt(int n) const { return m_cButt[static_cast<std::size_t>(n)]; }
+    controls::ColorButton *cButt(int n) const { return m_cButt[static_cast<std::size_t>(n)]; }
 
     std::array<std::int16_t, 76> iCalled{}; // 1 to 75: 1 called or shadowed, 0 not
-    std::array<platform::ColorButton *, 76> m_cButt{};
+    std::array<controls::ColorButton *, 76> m_cButt{};
 
     // ---- board/frmMain_calls.cpp: calling and un-calling a number --------------------------------
 public:
@@ -158,11 +161,11 @@ private:
     void drawButtonLetters();
 
     std::array<std::int16_t, 6> iLastCalls{}; // 1 to 5, the newest first; 0 an empty slot
-    platform::RichTextBox *RTB1 = nullptr;
-    platform::RichTextBox *RTB2 = nullptr;
-    platform::RichTextBox *RTB3 = nullptr;
-    platform::RichTextBox *RTB4 = nullptr;
-    platform::RichTextBox *RTB5 = nullptr;
+    controls::RichTextBox *RTB1 = nullptr;
+    controls::RichTextBox *RTB2 = nullptr;
+    controls::RichTextBox *RTB3 = nullptr;
+    controls::RichTextBox *RTB4 = nullptr;
+    controls::RichTextBox *RTB5 = nullptr;
 
     // ---- board/frmMain_entry.cpp: numbers and commands typed into Text1 --------------------------
 private:
@@ -192,7 +195,7 @@ private:
     int iAutoCallLeft = 0; // ticks to the next automatic draw
     QTimer *Timer2 = nullptr;
 
-    // ---- voice/frmMain_speech.cpp: announcing a call, and the choice of a voice ------------------
+    // ---- board/frmMain_speech.cpp: announcing a call, and the choice of a voice ------------------
 private:
     void createVoice();
     void Speak(const QString &text);
@@ -200,18 +203,18 @@ private:
     void mnuSpeak_Click();
 
     VoiceChoice &m_voiceChoice;
-    std::unique_ptr<platform::SpVoice> V; // null where no speech service is installed
-    int iSayCount = 0;                    // 2 while a follow-up is being spoken, else 1
-    QString sCallPhrase;                  // what is being said of the current call
+    std::unique_ptr<speech::SpVoice> V; // null where no speech service is installed
+    int iSayCount = 0;                  // 2 while a follow-up is being spoken, else 1
+    QString sCallPhrase;                // what is being said of the current call
     QPointer<frmVoices> m_frmVoices;
 
-    // ---- app/frmMain_errors.cpp: reporting a failure ---------------------------------------------
+    // ---- board/frmMain_errors.cpp: reporting a failure ---------------------------------------------
 private:
     void ReportError();
 
-    std::optional<platform::Error> m_pendingError;
+    std::optional<files::Error> m_pendingError;
 
-    // ---- patterns/frmMain_card.cpp: the pattern card ---------------------------------------------
+    // ---- board/frmMain_card.cpp: the pattern card ---------------------------------------------
 public:
     void BuildDemo();
 
@@ -219,11 +222,11 @@ private:
     void tDemo_Click(int Index);
     void paintCell(int index, bool lit);
     void paintCard(const patterns::Grid &grid);
-    platform::ColorBox *tDemo(int index) const { return m_tDemo[static_cast<std::size_t>(index)]; }
+    controls::ColorBox *tDemo(int index) const { return m_tDemo[static_cast<std::size_t>(index)]; }
 
-    std::array<platform::ColorBox *, 26> m_tDemo{}; // 1 to 25
+    std::array<controls::ColorBox *, 26> m_tDemo{}; // 1 to 25
 
-    // ---- patterns/frmMain_patterns.cpp: selection, animation and shadow of a pattern -------------
+    // ---- board/frmMain_patterns.cpp: selection, animation and shadow of a pattern -------------
 private:
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
     void cDemoButt_Click(int Index);
@@ -237,7 +240,7 @@ private:
     std::array<QPushButton *, 22> m_cDemoButt{}; // 1 to 21
     QTimer *Timer1 = nullptr;
 
-    // ---- windows/frmMain_windows.cpp: the windows beside this one --------------------------------
+    // ---- board/frmMain_windows.cpp: the windows beside this one --------------------------------
 private:
     void mnuHelp_Click();
     void mnuAbout_Click();

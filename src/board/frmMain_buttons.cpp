@@ -1,24 +1,24 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/frmMain_design.h"
-#include "board/numbers.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/units.h"
+#include "colors.h"
+#include "controls.h"
+#include "frmMain_design.h"
+#include "numbers.h"
+#include "units.h"
 
 void frmMain::BuildButts()
 {
-    const platform::DesignRow first = mainDesign::row("cButt(1)");
+    const controls::DesignRow first = mainDesign::row("cButt(1)");
     const double dpi = m_client->logicalDpiX();
-    for (int n = 1; n <= board::numberCount; ++n) {
+    for (int n = 1; n <= game::numberCount; ++n) {
         if (n > 1) {
             const int left =
-                first.left + (n - 1) % board::numbersPerColumn * (first.width + mainDesign::buttonGap);
-            const int top = first.top + board::columnOf(n) * (first.height + mainDesign::buttonGap);
-            auto *button = new platform::ColorButton(m_client);
+                first.left + (n - 1) % game::numbersPerColumn * (first.width + mainDesign::buttonGap);
+            const int top = first.top + game::columnOf(n) * (first.height + mainDesign::buttonGap);
+            auto *button = new controls::ColorButton(m_client);
             button->setObjectName(controlName("cButt", n));
             button->setText(QString::number(n));
-            const QPoint place(platform::pixels(left, dpi), platform::pixels(top, dpi));
+            const QPoint place(controls::pixels(left, dpi), controls::pixels(top, dpi));
             button->setGeometry({place, cButt(1)->size()});
             m_cButt[static_cast<std::size_t>(n)] = button;
             setTabOrder(cButt(n - 1), button);
@@ -31,14 +31,13 @@ void frmMain::BuildButts()
 void frmMain::markNumber(int n, bool called)
 {
     iCalled[static_cast<std::size_t>(n)] = called ? 1 : 0;
-    cButt(n)->setBackColor(called ? platform::colors::buttonShadow : platform::colors::buttonFace);
-    cButt(n)->setAccessibleName(QChar(board::columnLetter(board::columnOf(n))) +
-                                QStringLiteral(" %1").arg(n));
+    cButt(n)->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
+    cButt(n)->setAccessibleName(QChar(game::columnLetter(game::columnOf(n))) + QStringLiteral(" %1").arg(n));
     cButt(n)->setAccessibleDescription(called ? QStringLiteral("called") : QStringLiteral("not called"));
 }
 
 void frmMain::markAll(bool called)
 {
-    for (int n = 1; n <= board::numberCount; ++n)
+    for (int n = 1; n <= game::numberCount; ++n)
         markNumber(n, called);
 }

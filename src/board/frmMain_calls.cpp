@@ -1,8 +1,8 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "platform/controls.h"
-#include "platform/message_box.h"
-#include "voice/phrases.h"
+#include "controls.h"
+#include "message_box.h"
+#include "phrases.h"
 
 #include <QCoreApplication>
 
@@ -17,7 +17,7 @@ void frmMain::cButt_Click(int Index)
 
 void frmMain::uncallNumber(int n)
 {
-    if (!platform::confirmed(this, QStringLiteral("Clearing button,\r\nAre you sure?"),
+    if (!controls::confirmed(this, QStringLiteral("Clearing button,\r\nAre you sure?"),
                              QStringLiteral("Clear Board")))
         return;
     markNumber(n, false);

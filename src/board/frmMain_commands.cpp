@@ -1,10 +1,10 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "platform/controls.h"
-#include "platform/message_box.h"
-#include "platform/rich_text_box.h"
-#include "platform/tool_window.h"
-#include "windows/frmBingo.h"
+#include "controls.h"
+#include "frmBingo.h"
+#include "message_box.h"
+#include "rich_text_box.h"
+#include "tool_window.h"
 
 #include <QTimer>
 
@@ -24,7 +24,7 @@ void frmMain::cmdClear_Click()
 {
     if (autoCallRuns())
         cPause_Click();
-    if (platform::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
+    if (controls::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
                             QStringLiteral("Clear Board")))
         clearBoard();
     returnToEntry();
@@ -33,7 +33,7 @@ void frmMain::cmdClear_Click()
 /// Starts a new game. The selected pattern stays: selecting it twice deselects it and selects it again.
 void frmMain::clearBoard()
 {
-    for (platform::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
+    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
         display->setText({});
     iLastCalls.fill(0);
     markAll(false);
@@ -54,5 +54,5 @@ void frmMain::cBingo_Click()
     if (!m_frmBingo)
         m_frmBingo = new frmBingo(this);
     m_frmBingo->setGeometry(frameGeometry());
-    platform::showInFront(m_frmBingo);
+    controls::showInFront(m_frmBingo);
 }

@@ -1,7 +1,7 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "platform/controls.h"
-#include "platform/sp_voice.h"
+#include "controls.h"
+#include "sp_voice.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -28,7 +28,7 @@ void frmMain::Timer2_Timer()
 {
     // While the operator answers a question or hears a sample nothing is drawn, and the countdown stands
     // still.
-    if (QApplication::activeModalWidget() || platform::SpVoice::isWaiting())
+    if (QApplication::activeModalWidget() || speech::SpVoice::isWaiting())
         return;
     --iAutoCallLeft;
     if (iAutoCallLeft < 1) {

@@ -1,12 +1,12 @@
-#include "board/frmMain_design.h"
+#include "frmMain_design.h"
 
-#include "patterns/catalogue.h"
+#include "catalogue.h"
 
 #include <algorithm>
 #include <cstring>
 
-using platform::DesignRow;
-using platform::Kind;
+using controls::DesignRow;
+using controls::Kind;
 
 namespace {
 

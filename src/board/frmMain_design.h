@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/design_table.h"
+#include "design_table.h"
 
 /// The design of the main window: every control with its place, size, caption and tab position.
 namespace mainDesign {
@@ -31,12 +31,12 @@ struct SpokenName
     const char *name;
 };
 
-std::span<const platform::DesignRow> controls();
+std::span<const controls::DesignRow> controls();
 std::span<const DisplayFont> displayFonts();
 std::span<const SpokenName> spokenNames();
 /// The row of a control that is in `controls()`.
-const platform::DesignRow &row(const char *name);
+const controls::DesignRow &row(const char *name);
 /// Pattern button `index`, 1 to 21; its name is given when it is made.
-platform::DesignRow patternButton(int index);
+controls::DesignRow patternButton(int index);
 
 } // namespace mainDesign

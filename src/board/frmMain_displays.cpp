@@ -1,27 +1,27 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/frmMain_design.h"
-#include "board/numbers.h"
-#include "platform/appearance.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/rich_text_box.h"
-#include "platform/units.h"
+#include "appearance.h"
+#include "colors.h"
+#include "controls.h"
+#include "frmMain_design.h"
+#include "numbers.h"
+#include "rich_text_box.h"
+#include "units.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>
 
 #include <algorithm>
 
-namespace colors = platform::colors;
+namespace colors = controls::colors;
 
 void frmMain::DrawBoards()
 {
-    const QFont font = platform::displayFont(drawnFontSize());
+    const QFont font = controls::displayFont(drawnFontSize());
     RTB1->setBaseFont(font);
     drawLetters();
     RTB2->setBaseFont(font);
-    RTB2->setText(board::boardText());
+    RTB2->setText(game::boardText());
     drawButtonLetters();
 }
 
@@ -29,7 +29,7 @@ void frmMain::DrawBoards()
 /// the width for them.
 void frmMain::drawLetters()
 {
-    RTB1->setText(board::letterColumn(2));
+    RTB1->setText(game::letterColumn(2));
     RTB1->setAlignment(RTB1->all(), Qt::AlignHCenter);
     RTB1->setColor(RTB1->all(), colors::blue);
     const int letter = QFontMetrics(RTB1->font(), RTB1).horizontalAdvance(u'B');
@@ -42,22 +42,22 @@ void frmMain::drawLetters()
 void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
-    RTB5->setText(board::letterColumn(1));
+    RTB5->setText(game::letterColumn(1));
     RTB5->setFontSize(RTB5->all(), 17.0);
     RTB5->setAlignment(RTB5->all(), Qt::AlignHCenter);
     RTB5->setColor(RTB5->all(), colors::blue);
-    RTB5->setLineHeight(platform::pixels(pitch, logicalDpiY()));
+    RTB5->setLineHeight(controls::pixels(pitch, logicalDpiY()));
 }
 
 void frmMain::EditBoard()
 {
     QTextCursor edit(RTB2->document());
     edit.beginEditBlock();
-    for (int n = 1; n <= board::numberCount; ++n) {
+    for (int n = 1; n <= game::numberCount; ++n) {
         const QRgb color = iCalled[static_cast<std::size_t>(n)] == 1 ? colors::red : colors::black;
-        const int cell = board::cellOffset(n);
+        const int cell = game::cellOffset(n);
         if (RTB2->colorAt(cell) != color)
-            RTB2->setColor({cell, board::cellWidth}, color);
+            RTB2->setColor({cell, game::cellWidth}, color);
     }
     edit.endEditBlock();
     RTB1->showStart();
@@ -66,7 +66,7 @@ void frmMain::EditBoard()
 
 void frmMain::editLastPress(int iButt)
 {
-    RTB3->setText(board::currentLabel(iButt));
+    RTB3->setText(game::currentLabel(iButt));
     RTB3->setAlignment(RTB3->all(), Qt::AlignHCenter);
     RTB3->setColor(RTB3->all(), colors::red);
     RTB3->showStart();
@@ -76,7 +76,7 @@ void frmMain::editLastPress(int iButt)
 
     QString past;
     for (std::size_t k = 2; k < iLastCalls.size(); ++k)
-        past += board::pastEntry(iLastCalls[k]) + u' ';
+        past += game::pastEntry(iLastCalls[k]) + u' ';
     RTB4->setText(past);
     RTB4->setColor(RTB4->all(), colors::black);
 }

@@ -1,23 +1,23 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/draw.h"
-#include "board/numbers.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/message_box.h"
+#include "colors.h"
+#include "controls.h"
+#include "draw.h"
+#include "message_box.h"
+#include "numbers.h"
 
 #include <vector>
 
 void frmMain::cRandNum_Click()
 {
     if (boardIsFull()) {
-        platform::notice(this, QStringLiteral("Full Board...."));
+        controls::notice(this, QStringLiteral("Full Board...."));
         if (chkAutoCall->isChecked())
             chkAutoCall_Click();
         return;
     }
     std::vector<int> pool;
-    for (int n = 1; n <= board::numberCount; ++n) {
+    for (int n = 1; n <= game::numberCount; ++n) {
         if (iCalled[static_cast<std::size_t>(n)] == 0)
             pool.push_back(n);
     }
@@ -27,8 +27,8 @@ void frmMain::cRandNum_Click()
 
 bool frmMain::boardIsFull() const
 {
-    for (int n = 1; n <= board::numberCount; ++n) {
-        if (cButt(n)->backColor() == platform::colors::buttonFace)
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (cButt(n)->backColor() == controls::colors::buttonFace)
             return false;
     }
     return true;

@@ -1,7 +1,7 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/entry.h"
-#include "platform/controls.h"
+#include "controls.h"
+#include "entry.h"
 
 #include <QPushButton>
 

@@ -1,8 +1,8 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "board/frmMain_design.h"
-#include "platform/rich_text_box.h"
-#include "platform/units.h"
+#include "frmMain_design.h"
+#include "rich_text_box.h"
+#include "units.h"
 
 #include <QEvent>
 #include <QMenuBar>
@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-using platform::pixels;
+using controls::pixels;
 
 /// The design's size, or less where the screen has not the room for it.
 void frmMain::setDesignSize()
@@ -18,8 +18,8 @@ void frmMain::setDesignSize()
     const double dpi = logicalDpiX();
     const int bar = menuBar()->sizeHint().height();
     const QSize design(pixels(mainDesign::clientWidth, dpi), pixels(mainDesign::clientHeight, dpi) + bar);
-    const QSize least(platform::pixelsUp(mainDesign::leastClientWidth, dpi),
-                      platform::pixelsUp(mainDesign::leastClientHeight, dpi));
+    const QSize least(controls::pixelsUp(mainDesign::leastClientWidth, dpi),
+                      controls::pixelsUp(mainDesign::leastClientHeight, dpi));
     m_client->setMinimumSize(least);
     resize(design.boundedTo(screen()->availableSize()).expandedTo(least + QSize(0, bar)));
 }

@@ -1,10 +1,10 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "platform/controls.h"
-#include "platform/numeric.h"
-#include "platform/rich_text_box.h"
-#include "platform/sp_voice.h"
-#include "voice/frmVoices.h"
+#include "controls.h"
+#include "frmVoices.h"
+#include "numeric.h"
+#include "rich_text_box.h"
+#include "sp_voice.h"
 
 #include <QCloseEvent>
 #include <QScreen>
@@ -29,7 +29,7 @@ void frmMain::Form_Load()
         cboSec->setCurrentText(QStringLiteral("10"));
         iSayCount = 1;
         createVoice();
-    } catch (const platform::Error &error) {
+    } catch (const files::Error &error) {
         m_pendingError = error;
     }
     if (m_pendingError)
@@ -69,7 +69,7 @@ void frmMain::applySettings(const QString &fontSize, const QString &interval)
 void frmMain::clearDisplays()
 {
     lblAutoCall->setCaption({});
-    for (platform::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
+    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
         display->setText({});
 }
 
@@ -85,7 +85,7 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
     if (KeyAscii != enter)
         return;
     KeyAscii = 0;
-    if (const std::optional<double> size = platform::parseNumber(iFontSize->currentText())) {
+    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText())) {
         if (*size < leastFontSize)
             iFontSize->setEditText(QString::number(leastFontSize));
         else if (*size > greatestFontSize)
@@ -99,7 +99,7 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
 /// The size in `iFontSize`, in points and within its bounds; the last one when the text is no number.
 double frmMain::drawnFontSize()
 {
-    if (const std::optional<double> size = platform::parseNumber(iFontSize->currentText()))
+    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText()))
         m_lastFontSize = std::clamp(*size, leastFontSize, greatestFontSize);
     return m_lastFontSize;
 }

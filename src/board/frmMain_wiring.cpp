@@ -1,14 +1,14 @@
-#include "board/frmMain.h"
+#include "frmMain.h"
 
-#include "patterns/catalogue.h"
-#include "platform/controls.h"
-#include "platform/rich_text_box.h"
+#include "catalogue.h"
+#include "controls.h"
+#include "rich_text_box.h"
 
 #include <QAction>
 #include <QTimer>
 
-using platform::ComboBox;
-using platform::TextBox;
+using controls::ComboBox;
+using controls::TextBox;
 
 /// The number buttons and the cells are wired where they are made, in BuildButts and BuildDemo.
 /// The check mark of mnuShaddow is its own.

@@ -1,4 +1,4 @@
-#include "patterns/catalogue.h"
+#include "catalogue.h"
 
 namespace patterns {
 

@@ -1,20 +1,20 @@
-#include "voice/frmVoices.h"
+#include "frmVoices.h"
 
-#include "platform/design_table.h"
-#include "platform/error.h"
-#include "platform/message_box.h"
-#include "platform/sp_voice.h"
-#include "platform/units.h"
-#include "voice/voice_choice.h"
+#include "design_table.h"
+#include "error.h"
+#include "message_box.h"
+#include "sp_voice.h"
+#include "units.h"
+#include "voice_choice.h"
 
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSlider>
 
-using platform::DesignRow;
-using platform::Kind;
-using platform::SpVoice;
+using controls::DesignRow;
+using controls::Kind;
+using speech::SpVoice;
 
 namespace {
 
@@ -42,18 +42,18 @@ frmVoices::frmVoices(VoiceChoice &choice, QWidget *owner)
     setObjectName(QStringLiteral("frmVoices"));
     setWindowTitle(QStringLiteral("Form1"));
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(platform::pixels(clientWidth, logicalDpiX()), platform::pixels(clientHeight, logicalDpiY()));
-    platform::buildDesign(design, this);
+    resize(controls::pixels(clientWidth, logicalDpiX()), controls::pixels(clientHeight, logicalDpiY()));
+    controls::buildDesign(design, this);
 
-    List1 = platform::control<QListWidget>(this, "List1");
+    List1 = controls::control<QListWidget>(this, "List1");
     List1->setAccessibleName(QStringLiteral("Select Voice"));
-    Slider1 = platform::control<QSlider>(this, "Slider1");
+    Slider1 = controls::control<QSlider>(this, "Slider1");
     Slider1->setAccessibleName(QStringLiteral("Select Speed"));
     Slider1->setRange(-10, 10);
     Slider1->setPageStep(5);
-    connect(platform::control<QPushButton>(this, "cListen"), &QPushButton::clicked, this,
+    connect(controls::control<QPushButton>(this, "cListen"), &QPushButton::clicked, this,
             &frmVoices::cListen_Click);
-    connect(platform::control<QPushButton>(this, "cSave"), &QPushButton::clicked, this,
+    connect(controls::control<QPushButton>(this, "cSave"), &QPushButton::clicked, this,
             &frmVoices::cSave_Click);
 }
 
@@ -63,8 +63,8 @@ void frmVoices::Form_Load()
 {
     try {
         oVoice = std::make_unique<SpVoice>();
-    } catch (const platform::Error &error) {
-        platform::reportError(this, error);
+    } catch (const files::Error &error) {
+        controls::reportError(this, error);
         return;
     }
     connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {
@@ -72,7 +72,7 @@ void frmVoices::Form_Load()
             List1->addItems(oVoice->GetVoices());
     });
     connect(oVoice.get(), &SpVoice::VoicesUnknown, this, [this](int number, const QString &description) {
-        platform::reportError(this, {number, description});
+        controls::reportError(this, {number, description});
     });
 }
 
@@ -99,6 +99,6 @@ bool frmVoices::voiceSelected()
 {
     if (!List1->selectedItems().isEmpty())
         return true;
-    platform::notice(this, QStringLiteral("Please select a voice from the list box."));
+    controls::notice(this, QStringLiteral("Please select a voice from the list box."));
     return false;
 }

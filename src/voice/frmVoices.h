@@ -8,9 +8,9 @@ class QListWidget;
 class QSlider;
 struct VoiceChoice;
 
-namespace platform {
+namespace speech {
 class SpVoice;
-} // namespace platform
+} // namespace speech
 
 /// The window in which the operator chooses a voice and a speed, -10 to 10, for the spoken calls. It shows
 /// nothing of the choice in force, and changes it only when cSave is pressed.
@@ -33,7 +33,7 @@ private:
     bool voiceSelected();
 
     VoiceChoice &m_choice;
-    std::unique_ptr<platform::SpVoice> oVoice;
+    std::unique_ptr<speech::SpVoice> oVoice;
     QListWidget *List1 = nullptr;
     QSlider *Slider1 = nullptr;
 };

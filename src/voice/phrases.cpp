@@ -1,6 +1,6 @@
-#include "voice/phrases.h"
+#include "phrases.h"
 
-#include "board/numbers.h"
+#include "numbers.h"
 
 #include <QStringBuilder>
 
@@ -10,8 +10,8 @@ namespace voice {
 
 namespace {
 
-constexpr std::array<QStringView, board::columnCount> letterWords{u"Bee, ", u"Eye, ", u"En, ", u"Gee, ",
-                                                                  u"Oh, "};
+constexpr std::array<QStringView, game::columnCount> letterWords{u"Bee, ", u"Eye, ", u"En, ", u"Gee, ",
+                                                                 u"Oh, "};
 
 QString digitByDigit(QStringView word, QStringView digits)
 {
@@ -33,7 +33,7 @@ QString followUpOfB(QStringView word, const QString &phrase)
 
 QString firstPhrase(int n)
 {
-    return letterWords.at(static_cast<std::size_t>(board::columnOf(n))) % QString::number(n);
+    return letterWords.at(static_cast<std::size_t>(game::columnOf(n))) % QString::number(n);
 }
 
 QString followUp(const QString &phrase)

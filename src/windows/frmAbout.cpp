@@ -1,21 +1,21 @@
-#include "windows/frmAbout.h"
+#include "frmAbout.h"
 
-#include "platform/appearance.h"
-#include "platform/browser.h"
-#include "platform/controls.h"
-#include "platform/tool_window.h"
-#include "platform/units.h"
+#include "appearance.h"
+#include "browser.h"
+#include "controls.h"
+#include "frmAbout_design.h"
 #include "publisher.h"
-#include "windows/frmAbout_design.h"
+#include "tool_window.h"
+#include "units.h"
 
-using platform::control;
+using controls::control;
 
 frmAbout::frmAbout(QWidget *owner)
     : QWidget(owner)
 {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About"));
-    platform::makeToolWindow(this);
+    controls::makeToolWindow(this);
     buildControls();
     setCaptions();
     Form_Load();
@@ -23,11 +23,11 @@ frmAbout::frmAbout(QWidget *owner)
 
 void frmAbout::buildControls()
 {
-    platform::buildDesign(aboutDesign::controls(), this);
-    setFixedSize(platform::pixels(aboutDesign::clientWidth, logicalDpiX()),
-                 platform::pixels(aboutDesign::clientHeight, logicalDpiX()));
+    controls::buildDesign(aboutDesign::controls(), this);
+    setFixedSize(controls::pixels(aboutDesign::clientWidth, logicalDpiX()),
+                 controls::pixels(aboutDesign::clientHeight, logicalDpiX()));
     for (const auto &[label, points] : aboutDesign::labelFonts())
-        control<QWidget>(this, label)->setFont(platform::sansFont(points, true));
+        control<QWidget>(this, label)->setFont(controls::sansFont(points, true));
     connect(control<QPushButton>(this, "cOK"), &QPushButton::clicked, this, &frmAbout::cOK_Click);
     connect(control<QPushButton>(this, "cGoTo"), &QPushButton::clicked, this, &frmAbout::cGoTo_Click);
     control<QPushButton>(this, "cOK")->setFocus();
@@ -46,12 +46,12 @@ void frmAbout::setCaptions()
         {"Label7", publisher::rights},
     };
     for (const auto &[label, caption] : captions)
-        control<platform::Label>(this, label)->setCaption(QString::fromUtf8(caption));
+        control<controls::Label>(this, label)->setCaption(QString::fromUtf8(caption));
 }
 
 void frmAbout::Form_Load()
 {
-    platform::centreOnScreen(this);
+    controls::centreOnScreen(this);
 }
 
 void frmAbout::cOK_Click()
@@ -61,5 +61,5 @@ void frmAbout::cOK_Click()
 
 void frmAbout::cGoTo_Click()
 {
-    platform::openAddress(QString::fromUtf8(publisher::address));
+    windows::openAddress(QString::fromUtf8(publisher::address));
 }

@@ -1,7 +1,7 @@
-#include "windows/frmAbout_design.h"
+#include "frmAbout_design.h"
 
-using platform::DesignRow;
-using platform::Kind;
+using controls::DesignRow;
+using controls::Kind;
 
 namespace {
 

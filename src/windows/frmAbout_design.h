@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/design_table.h"
+#include "design_table.h"
 
 /// The about window as designed, in twips.
 namespace aboutDesign {
@@ -16,7 +16,7 @@ struct LabelFont
 };
 
 /// The controls. The captions of the publisher's labels, which are none of the design's, are empty here.
-std::span<const platform::DesignRow> controls();
+std::span<const controls::DesignRow> controls();
 std::span<const LabelFont> labelFonts();
 
 } // namespace aboutDesign

@@ -1,10 +1,10 @@
-#include "windows/frmBingo.h"
+#include "frmBingo.h"
 
-#include "platform/appearance.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/design_table.h"
-#include "platform/rich_text_box.h"
+#include "appearance.h"
+#include "colors.h"
+#include "controls.h"
+#include "design_table.h"
+#include "rich_text_box.h"
 
 #include <QFontMetricsF>
 #include <QMouseEvent>
@@ -12,9 +12,9 @@
 
 #include <algorithm>
 
-namespace colors = platform::colors;
-using platform::DesignRow;
-using platform::Kind;
+namespace colors = controls::colors;
+using controls::DesignRow;
+using controls::Kind;
 
 namespace {
 
@@ -39,8 +39,8 @@ constexpr struct { double points; QRgb color; } steps[] = {
 
 constexpr int lastStep = 6;
 constexpr QRgb cyan = 0xFF00FFFF;
-constexpr platform::RichTextBox::Range lineBreak{0, 2};
-constexpr platform::RichTextBox::Range word{2, 5};
+constexpr controls::RichTextBox::Range lineBreak{0, 2};
+constexpr controls::RichTextBox::Range word{2, 5};
 
 } // namespace
 
@@ -50,9 +50,9 @@ frmBingo::frmBingo(QWidget *owner)
     setObjectName(QStringLiteral("frmBingo"));
     setWindowTitle(QStringLiteral("Form1"));
     setAttribute(Qt::WA_DeleteOnClose);
-    platform::buildDesign(design, this);
-    RTB1 = platform::control<platform::RichTextBox>(this, "RTB1");
-    Text1 = platform::control<platform::TextBox>(this, "Text1");
+    controls::buildDesign(design, this);
+    RTB1 = controls::control<controls::RichTextBox>(this, "RTB1");
+    Text1 = controls::control<controls::TextBox>(this, "Text1");
     RTB1->setAccessibleName(QStringLiteral("BINGO"));
     Text1->setAccessibleName(QStringLiteral("BINGO"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
@@ -68,7 +68,7 @@ frmBingo::frmBingo(QWidget *owner)
 /// The word as it stands until the first tick.
 void frmBingo::showFirst()
 {
-    RTB1->setBaseFont(platform::displayFont(99.75));
+    RTB1->setBaseFont(controls::displayFont(99.75));
     RTB1->setBackColor(colors::buttonFace);
     RTB1->setText(QStringLiteral("\r\nBINGO"));
     setWord(250.0);
@@ -83,7 +83,7 @@ void frmBingo::setWord(double points)
     m_points = points;
     RTB1->setFontSize(word, points);
     const double width =
-        QFontMetricsF(platform::displayFont(points), RTB1).horizontalAdvance(QStringLiteral("BINGO"));
+        QFontMetricsF(controls::displayFont(points), RTB1).horizontalAdvance(QStringLiteral("BINGO"));
     const double room = RTB1->width();
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * room / width), 1, 100));
 }

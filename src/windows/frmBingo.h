@@ -4,10 +4,10 @@
 
 class QTimer;
 
-namespace platform {
+namespace controls {
 class RichTextBox;
 class TextBox;
-} // namespace platform
+} // namespace controls
 
 /// The announcement that is laid over the main window when a player claims BINGO: the word in very large
 /// letters that pulse and change their colour until the window is clicked. It has no border and knows nothing
@@ -36,7 +36,7 @@ private:
     bool bFlash = false; // the next tick shows white
     int iFlashStep = 0;  // 0 to 6
     double m_points = 0.0;
-    platform::RichTextBox *RTB1 = nullptr;
-    platform::TextBox *Text1 = nullptr;
+    controls::RichTextBox *RTB1 = nullptr;
+    controls::TextBox *Text1 = nullptr;
     QTimer *Timer1 = nullptr;
 };

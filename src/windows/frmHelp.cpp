@@ -1,10 +1,10 @@
-#include "windows/frmHelp.h"
+#include "frmHelp.h"
 
-#include "platform/error.h"
-#include "platform/message_box.h"
-#include "platform/text_file.h"
-#include "platform/tool_window.h"
-#include "platform/units.h"
+#include "error.h"
+#include "message_box.h"
+#include "text_file.h"
+#include "tool_window.h"
+#include "units.h"
 
 #include <QAction>
 #include <QDir>
@@ -26,7 +26,7 @@ frmHelp::frmHelp(QWidget *owner)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
-    platform::makeToolWindow(this);
+    controls::makeToolWindow(this);
     buildControls();
 }
 
@@ -50,9 +50,9 @@ void frmHelp::buildControls()
     txtHelp->setFocus();
 
     const double dpi = logicalDpiX();
-    const QSize design(platform::pixels(clientWidth, dpi),
-                       platform::pixels(clientHeight, dpi) + menuBar()->sizeHint().height());
-    setFixedSize(design.boundedTo(platform::roomFor(this)));
+    const QSize design(controls::pixels(clientWidth, dpi),
+                       controls::pixels(clientHeight, dpi) + menuBar()->sizeHint().height());
+    setFixedSize(design.boundedTo(controls::roomFor(this)));
 }
 
 QAction *frmHelp::buildCommand(const char *name, const char *caption)
@@ -65,10 +65,10 @@ QAction *frmHelp::buildCommand(const char *name, const char *caption)
 
 void frmHelp::Form_Load(const QString &folder)
 {
-    if (const auto text = platform::readTextFile(folder + QDir::separator() + QStringLiteral("help.txt")))
+    if (const auto text = files::readTextFile(folder + QDir::separator() + QStringLiteral("help.txt")))
         txtHelp->setPlainText(*text);
     else
-        platform::notice(parentWidget(), QStringLiteral("Help file missing"));
+        controls::notice(parentWidget(), QStringLiteral("Help file missing"));
 }
 
 void frmHelp::mnuExit_Click()
@@ -78,14 +78,14 @@ void frmHelp::mnuExit_Click()
 
 void frmHelp::mnuPrint_Click()
 try {
-    using platform::CommonDialog;
+    using windows::CommonDialog;
     CD1.CancelError = true;
     CD1.Flags = CommonDialog::ReturnDC | CommonDialog::NoPageNumbers;
     if (txtHelp->textCursor().hasSelection())
         CD1.Flags |= CommonDialog::PrintSelection;
     CD1.ShowPrinter(this);
     SelPrint(CD1.hDC());
-} catch (const platform::Error &) {
+} catch (const files::Error &) {
     // Cancelled: nothing is printed and nothing is said.
 }
 

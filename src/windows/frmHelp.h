@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/common_dialog.h"
+#include "common_dialog.h"
 
 #include <QMainWindow>
 
@@ -28,5 +28,5 @@ private:
     void SelPrint(QPrinter *printer) const;
 
     QTextEdit *txtHelp = nullptr;
-    platform::CommonDialog CD1;
+    windows::CommonDialog CD1;
 };

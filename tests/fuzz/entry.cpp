@@ -1,9 +1,9 @@
 // What is typed calls nothing or a number from 1 to 75, and reads as a number exactly where the C library's
 // reader of decimal numbers takes all of it.
 
-#include "board/entry.h"
-#include "board/numbers.h"
-#include "platform/numeric.h"
+#include "entry.h"
+#include "numbers.h"
+#include "numeric.h"
 
 #include <QString>
 
@@ -32,10 +32,10 @@ std::optional<double> numberByLibrary(QString text)
 
 std::optional<int> calledBy(const std::optional<double> &value)
 {
-    if (!value || *value <= 0 || *value >= board::numberCount + 1)
+    if (!value || *value <= 0 || *value >= game::numberCount + 1)
         return std::nullopt;
     const int number = static_cast<int>(std::nearbyint(*value));
-    return number >= 1 && number <= board::numberCount ? std::optional(number) : std::nullopt;
+    return number >= 1 && number <= game::numberCount ? std::optional(number) : std::nullopt;
 }
 
 } // namespace
@@ -45,11 +45,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const std::optional<double> value = numberByLibrary(text);
-    Q_ASSERT(platform::parseNumber(text) == value);
+    Q_ASSERT(files::parseNumber(text) == value);
     if (value)
         Q_ASSERT(board::calledByEntry(text) == calledBy(value));
     Q_ASSERT(board::calledByEntry(u'n' + text) == calledBy(numberByLibrary(text.left(2))));
     const std::optional<int> called = board::calledByEntry(text);
-    Q_ASSERT(!called || board::isNumber(*called));
+    Q_ASSERT(!called || game::isNumber(*called));
     return 0;
 }

@@ -1,7 +1,7 @@
 // Any phrase has a follow-up: the phrase itself, "And After", or the letter word and the two characters
 // behind it. Followed up over and over, a phrase comes to rest.
 
-#include "voice/phrases.h"
+#include "phrases.h"
 
 #include <QStringBuilder>
 

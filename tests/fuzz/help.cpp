@@ -1,8 +1,8 @@
 // The help file is read whatever its bytes are, and is never longer as a text than as a file. A text that is
 // put into rich text comes out of it unchanged.
 
-#include "platform/code_page.h"
-#include "platform/text_file.h"
+#include "code_page.h"
+#include "text_file.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -30,12 +30,12 @@ QByteArray richTextOf(const QString &text)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const QString text = platform::decodedText(bytes);
+    const QString text = files::decodedText(bytes);
     Q_ASSERT(text.size() <= bytes.size());
     const QString piece = text.left(32); // all of it would slow the runs down
-    Q_ASSERT(platform::decodedText(richTextOf(piece)) == piece);
+    Q_ASSERT(files::decodedText(richTextOf(piece)) == piece);
 
-    const QString characters = platform::textOfCodePage(bytes);
+    const QString characters = files::textOfCodePage(bytes);
     Q_ASSERT(std::equal(characters.begin(), characters.end(), bytes.begin(), bytes.end(),
                         [](QChar c, char byte) { return (c.unicode() < 0x80) == (byte >= 0); }));
     return 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/error.h"
-#include "platform/sp_voice.h"
+#include "error.h"
+#include "sp_voice.h"
 
 #include <QPointer>
 
@@ -9,7 +9,7 @@
 /// to an SpVoice, or to SpVoice::setSystemEngine for the voices that windows make. It must outlive them.
 struct FakeSpeech
 {
-    struct Engine : platform::SpEngine
+    struct Engine : speech::SpEngine
     {
         explicit Engine(FakeSpeech &made)
             : service(made)
@@ -20,7 +20,7 @@ struct FakeSpeech
             if (service.opens)
                 Q_EMIT opened({{"Ann", "de-DE"}, {"Bob", "en-US"}, {"Cid", "fr-FR"}});
         }
-        void speak(const platform::SpText &text) override
+        void speak(const speech::SpText &text) override
         {
             service.spoken += text;
             if (service.speaksByItself) {
@@ -37,21 +37,21 @@ struct FakeSpeech
         FakeSpeech &service;
     };
 
-    platform::SpEngineFactory factory()
+    speech::SpEngineFactory factory()
     {
-        return [this]() -> std::unique_ptr<platform::SpEngine> {
+        return [this]() -> std::unique_ptr<speech::SpEngine> {
             if (!isInstalled)
-                throw platform::Error(platform::SpNotInstalled, "No speech service is installed.");
+                throw files::Error(speech::SpNotInstalled, "No speech service is installed.");
             ++enginesMade;
             engine = new Engine(*this);
-            return std::unique_ptr<platform::SpEngine>(engine);
+            return std::unique_ptr<speech::SpEngine>(engine);
         };
     }
 
     QStringList texts() const
     {
         QStringList list;
-        for (const platform::SpText &text : spoken)
+        for (const speech::SpText &text : spoken)
             list += text.text;
         return list;
     }
@@ -61,16 +61,16 @@ struct FakeSpeech
     bool isAlive = true;        ///< false: ping() is never answered
     bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
 
-    QList<platform::SpText> spoken;
+    QList<speech::SpText> spoken;
     int pings = 0;
     int enginesMade = 0;
     QPointer<Engine> engine; ///< the last one made
 };
 
 /// Notes all that a voice signals, in order: "known", "unknown NUMBER", "end STREAM", "failed NUMBER".
-inline void noteSignals(const platform::SpVoice &voice, QStringList &log)
+inline void noteSignals(const speech::SpVoice &voice, QStringList &log)
 {
-    using platform::SpVoice;
+    using speech::SpVoice;
     const auto note = [&log](const char *what) {
         return [&log, what](int number) { log += QString("%1 %2").arg(what).arg(number); };
     };

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "board/frmMain.h"
-#include "board/numbers.h"
-#include "platform/colors.h"
-#include "platform/controls.h"
-#include "platform/rich_text_box.h"
-#include "platform/sp_voice.h"
+#include "colors.h"
+#include "controls.h"
+#include "frmMain.h"
+#include "numbers.h"
+#include "rich_text_box.h"
+#include "sp_voice.h"
 #include "support/fake_sp_engine.h"
-#include "voice/voice_choice.h"
+#include "voice_choice.h"
 
 #include <QAction>
 #include <QApplication>
@@ -41,10 +41,10 @@ public:
             qFatal("no control %s", qPrintable(name));
         return found;
     }
-    auto *number(int n) const { return find<platform::ColorButton>(QString("cButt(%1)").arg(n)); }
-    auto *cell(int i) const { return find<platform::ColorBox>(QString("tDemo(%1)").arg(i)); }
-    auto *display(const QString &name) const { return find<platform::RichTextBox>(name); }
-    auto *entry() const { return find<platform::TextBox>("Text1"); }
+    auto *number(int n) const { return find<controls::ColorButton>(QString("cButt(%1)").arg(n)); }
+    auto *cell(int i) const { return find<controls::ColorBox>(QString("tDemo(%1)").arg(i)); }
+    auto *display(const QString &name) const { return find<controls::RichTextBox>(name); }
+    auto *entry() const { return find<controls::TextBox>("Text1"); }
     auto *button(const QString &name) const { return find<QPushButton>(name); }
     auto *timer(const QString &name) const { return find<QTimer>(name); }
     QString caption(const QString &name) const { return find<QLabel>(name)->text(); }
@@ -76,14 +76,14 @@ public:
     QString called() const
     {
         return numbersWhere(
-            [this](int n) { return number(n)->backColor() == platform::colors::buttonShadow; });
+            [this](int n) { return number(n)->backColor() == controls::colors::buttonShadow; });
     }
     /// The numbers that are red on the large board, every character of their cells.
     QString red() const
     {
-        const auto isRed = [this](int at) { return display("RTB2")->colorAt(at) == platform::colors::red; };
+        const auto isRed = [this](int at) { return display("RTB2")->colorAt(at) == controls::colors::red; };
         return numbersWhere([&](int n) {
-            const int at = board::cellOffset(n);
+            const int at = game::cellOffset(n);
             return isRed(at) && isRed(at + 1) && isRed(at + 2);
         });
     }
@@ -96,14 +96,14 @@ public:
 
     FakeSpeech speech;
     VoiceChoice voice;
-    frmMain window{(platform::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
+    frmMain window{(speech::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
 
 private:
     template <class Condition>
     static QString numbersWhere(Condition holds)
     {
         QStringList found;
-        for (int n = 1; n <= board::numberCount; ++n) {
+        for (int n = 1; n <= game::numberCount; ++n) {
             if (holds(n))
                 found += QString::number(n);
         }

@@ -1,0 +1,150 @@
+#include "appearance.h"
+
+#include "colors.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QProxyStyle>
+#include <QStyleFactory>
+
+#include <algorithm>
+
+namespace controls {
+
+namespace {
+
+/// Fusion, the same on every desktop: no icons on the buttons of message boxes, access keys underlined.
+class HouseStyle : public QProxyStyle
+{
+public:
+    HouseStyle()
+        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
+    {
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        // A check box of the design is no higher than a line of text.
+        const bool indicator = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
+        return indicator ? 13 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                         const QWidget *widget) const override
+    {
+        QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+        if (control != CC_ComboBox)
+            return rect;
+        // The combo boxes of the design are narrow: a slimmer arrow leaves room for four characters.
+        const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
+        const int saved = arrow.width() / 3;
+        if (part == SC_ComboBoxArrow)
+            rect.setLeft(rect.left() + saved);
+        else if (part == SC_ComboBoxEditField)
+            rect.setRight(rect.right() + saved);
+        return rect;
+    }
+
+    // The sign for menus that have no room in the bar is never seen, and would load every image plugin.
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption *option, const QWidget *widget) const override
+    {
+        const bool roomless = icon == SP_ToolBarHorizontalExtensionButton;
+        return roomless ? QIcon() : QProxyStyle::standardIcon(icon, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        switch (hint) {
+        case SH_DialogButtonBox_ButtonsHaveIcons:
+            return 0;
+        case SH_DialogButtonLayout:
+            return QDialogButtonBox::WinLayout; // Yes before No
+        case SH_UnderlineShortcut:
+            return 1;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    }
+};
+
+QPalette lightPalette()
+{
+    const struct
+    {
+        QPalette::ColorRole role;
+        QRgb color;
+    } roles[] = {
+        {QPalette::WindowText, colors::black},    {QPalette::Button, colors::buttonFace},
+        {QPalette::Light, colors::white},         {QPalette::Midlight, 0xFFE3E3E3},
+        {QPalette::Dark, colors::buttonShadow},   {QPalette::Mid, 0xFFB8B8B8},
+        {QPalette::Text, colors::black},          {QPalette::BrightText, colors::white},
+        {QPalette::ButtonText, colors::black},    {QPalette::Base, colors::white},
+        {QPalette::Window, colors::buttonFace},   {QPalette::Shadow, 0xFF696969},
+        {QPalette::Highlight, colors::highlight}, {QPalette::HighlightedText, colors::white},
+        {QPalette::Link, colors::highlight},      {QPalette::LinkVisited, 0xFF6A1B9A},
+        {QPalette::AlternateBase, 0xFFF7F7F7},    {QPalette::ToolTipBase, 0xFFFFFFDC},
+        {QPalette::ToolTipText, colors::black},   {QPalette::PlaceholderText, colors::disabledText},
+    };
+    QPalette palette;
+    for (const auto &[role, color] : roles)
+        palette.setColor(QPalette::All, role, QColor::fromRgb(color));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(colors::disabledText));
+    return palette;
+}
+
+/// The first of the families that the system has, alone: for a font with several, Qt ranks all fonts of the
+/// system.
+QString firstInstalled(const QStringList &families)
+{
+    const QStringList installed = QFontDatabase::families();
+    const auto found = std::find_if(families.begin(), families.end(),
+                                    [&](const QString &family) { return installed.contains(family); });
+    return found == families.end() ? families.front() : *found;
+}
+
+QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool bold)
+{
+    QFont font(family);
+    font.setStyleHint(hint);
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    return font;
+}
+
+} // namespace
+
+void applyAppearance(QApplication &application)
+{
+    application.setStyle(new HouseStyle);
+    // The style keeps pictures of controls and finds none of them again for the next message box.
+    QPixmapCache::setCacheLimit(2048); // kilobytes
+    const QPalette palette = lightPalette();
+    application.setPalette(palette);
+    // A desktop's theme may have colours of its own for these.
+    for (const char *kind : {"QMenu", "QMenuBar", "QMessageBox", "QToolTip", "QAbstractItemView", "QComboBox",
+                             "QLineEdit", "QTextEdit", "QAbstractButton", "QLabel", "QCheckBox"})
+        application.setPalette(palette, kind);
+    application.setFont(sansFont());
+}
+
+QFont sansFont(double points, bool bold)
+{
+    static const QString family =
+        firstInstalled({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+                        QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")});
+    return fontOf(family, QFont::SansSerif, points, bold);
+}
+
+QFont displayFont(double points, bool bold)
+{
+    static const QString family = firstInstalled(
+        {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")});
+    return fontOf(family, QFont::Monospace, points, bold);
+}
+
+} // namespace controls

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QWidget>
+
+#include <span>
+
+/// A window's design as data: one row a control, from which the controls are made.
+namespace controls {
+
+enum class Kind {
+    Label,
+    CentredLabel, // at least as wide as its design
+    PushButton,
+    ColorButton,
+    CheckBox,
+    TextBox,
+    EditableCombo,
+    DropDownList,
+    ListBox,
+    Slider,
+    Display,
+    Frame,
+    ColorBox,
+    Line, // a rule, from its top left across its width
+};
+
+/// One control. Places and sizes are twips, measured from the top left of the client area, or of `container`
+/// for a control that lies in one. `tab` is the place in the tab order, -1 for none.
+struct DesignRow
+{
+    Kind kind;
+    const char *name;
+    const char *caption;
+    int left;
+    int top;
+    int width;
+    int height;
+    int tab;
+    const char *container = nullptr;
+};
+
+/// The design's place and size in pixels of the screen that `widget` is on.
+QRect placed(const DesignRow &row, const QWidget *widget);
+
+/// Makes one control in `client`, or in the container that the row names, with its name as its objectName.
+QWidget *buildControl(const DesignRow &row, QWidget *client);
+
+/// Makes the controls of a design in `client` in the order of the rows.
+void buildDesign(std::span<const DesignRow> design, QWidget *client);
+
+/// The control of that name below `window`; it must be there and of that kind.
+template <class Control>
+Control *control(const QWidget *window, const char *name)
+{
+    auto *found = window->findChild<Control *>(QString::fromLatin1(name));
+    Q_ASSERT_X(found, "control", name);
+    return found;
+}
+
+} // namespace controls

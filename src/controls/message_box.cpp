@@ -1,0 +1,78 @@
+#include "message_box.h"
+
+#include "error.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+
+#include <deque>
+
+namespace controls {
+
+namespace {
+
+struct Report
+{
+    QPointer<QWidget> owner;
+    files::Error error;
+};
+
+int openBoxes = 0;
+std::deque<Report> waitingReports;
+
+void showNextReport()
+{
+    if (openBoxes > 0 || waitingReports.empty())
+        return;
+    const Report next = waitingReports.front();
+    waitingReports.pop_front();
+    reportError(next.owner, next.error);
+}
+
+QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title,
+                                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safe)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    // Its owner may be closed while it is open, and takes it along.
+    const QPointer box = new QMessageBox(
+        icon, title.isEmpty() ? QApplication::applicationDisplayName() : title, text, buttons, owner);
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(safe);
+    box->setEscapeButton(safe);
+    ++openBoxes;
+    const int answer = box->exec();
+    --openBoxes;
+    delete box;
+    if (!waitingReports.empty())
+        QTimer::singleShot(0, qApp, showNextReport);
+    return static_cast<QMessageBox::StandardButton>(answer);
+}
+
+} // namespace
+
+void notice(QWidget *owner, const QString &text, const QString &title)
+{
+    ask(owner, QMessageBox::NoIcon, text, title, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool confirmed(QWidget *owner, const QString &text, const QString &title)
+{
+    return ask(owner, QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No,
+               QMessageBox::No) == QMessageBox::Yes;
+}
+
+void reportError(QWidget *owner, const files::Error &error)
+{
+    if (openBoxes > 0) {
+        waitingReports.push_back({owner, error});
+        return;
+    }
+    const QString text =
+        QStringLiteral("Desc: %1\r\nErr #: %2").arg(error.description, QString::number(error.number));
+    ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"), QMessageBox::Ok,
+        QMessageBox::Ok);
+}
+
+} // namespace controls

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+#include <utility>
+
+namespace files {
+
+/// A failure of something that the desktop provides, as the operator is told of it. The number is never 0.
+struct Error : std::exception
+{
+    Error(int errorNumber, QString errorDescription)
+        : number(errorNumber)
+        , description(std::move(errorDescription))
+    {
+    }
+
+    const char *what() const noexcept override { return "a service of the desktop failed"; }
+
+    int number;
+    QString description;
+};
+
+} // namespace files

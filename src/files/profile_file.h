@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace files {
+
+// A profile is a text file of sections "[Name]" and, below each, keys "Name=value", in 8-bit characters of
+// the system code page. Names match without regard to ASCII case; the first section and in it the first key
+// of a name count. Blanks around names and values mean nothing, nor does one pair of quotes, " or ', around a
+// value. Lines that begin with ";" and lines above the first section are passed over.
+//
+// The names that are handed in must be such as can stand in a profile: no line break, no "]" in a section's,
+// no "=" in a key's, no ";" or "[" to begin with.
+
+/// The value of a key, as bytes; nothing when `content` has no such section or key in it. Takes any bytes.
+std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView section, QByteArrayView key);
+
+/// `content` with one value set and every other byte as it was. A key that is not there is added at the end
+/// of its section, a section at the end of the file, with the file's own line ends (CRLF where it has none).
+/// `findValue` gives the value back as it was set, except that line breaks become blanks: a value that begins
+/// or ends with blanks, or stands in quotes, is put into a pair of quotes of its own.
+QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView key, QByteArrayView value);
+
+/// The value of a key in the file `path`, or `defaultText` when the file, the section or the key is missing;
+/// at most `size` - 1 characters of it. Nothing on an error: no regular file, not readable, more than 1 MiB.
+std::optional<QString> readProfileString(const QString &path, const QString &section, const QString &key,
+                                         const QString &defaultText, qsizetype size);
+
+/// Sets the value of a key in the file `path`, which is made when it is missing (its folder is not). False on
+/// any error, and then the file is as it was: a save replaces the whole file or nothing. A link stays a link,
+/// and permissions stay. A value that already reads as `value` is left alone, so that bytes which are no text
+/// in the code page outlive a reading and writing. Characters that the code page lacks are replaced.
+bool writeProfileString(const QString &path, const QString &section, const QString &key,
+                        const QString &value);
+
+} // namespace files

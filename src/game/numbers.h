@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QString>
+
+/// The 75 numbers of the game: their column letters, and the texts in which the displays show them.
+/// Each column letter stands for fifteen numbers: B 1-15, I 16-30, N 31-45, G 46-60, O 61-75.
+namespace game {
+
+inline constexpr int numberCount = 75;
+inline constexpr int columnCount = 5;
+inline constexpr int numbersPerColumn = 15;
+inline constexpr int cellWidth = 3;
+
+constexpr bool isNumber(int n)
+{
+    return n >= 1 && n <= numberCount;
+}
+
+/// The column of number n, 0 for B to 4 for O. `n` is 1 to 75.
+constexpr int columnOf(int n)
+{
+    return (n - 1) / numbersPerColumn;
+}
+
+/// The letter of a column, `column` from 0 to 4.
+constexpr char16_t columnLetter(int column)
+{
+    return u"BINGO"[column];
+}
+
+/// True for the last number of a row of the board that another row follows: 15, 30, 45 and 60.
+constexpr bool endsRow(int n)
+{
+    return n % numbersPerColumn == 0 && n < numberCount;
+}
+
+/// Where the cell of number n starts in the board text, counting from 0 and counting each CR and each LF.
+/// `n` is 1 to 75; the cell is `cellWidth` characters long.
+constexpr int cellOffset(int n)
+{
+    return cellWidth * (n - 1) + 4 * columnOf(n);
+}
+
+/// The current-number label, "N33"; empty for a value outside 1 to 75.
+QString currentLabel(int n);
+
+/// The entry of the list of past numbers, always three characters; empty for a value outside 1 to 75.
+QString pastEntry(int n);
+
+/// All 75 cells in five lines with a blank line between them, line breaks as CR LF.
+QString boardText();
+
+/// The five letters, one a line, each followed by `lineBreaks` line breaks (CR LF) but the last.
+QString letterColumn(int lineBreaks);
+
+} // namespace game
