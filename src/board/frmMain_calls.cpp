@@ -1,7 +1,8 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "label.h"
 #include "message_box.h"
+#include "text_box.h"
 
 #include <QCoreApplication>
 

@@ -1,9 +1,10 @@
 #include "frmMain.h"
 
-#include "controls.h"
 #include "frmBingo.h"
+#include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 #include "tool_window.h"
 
 #include <QTimer>

@@ -1,7 +1,9 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "combo_box.h"
+#include "label.h"
 #include "sp_voice.h"
+#include "text_box.h"
 
 #include <QApplication>
 #include <QTimer>

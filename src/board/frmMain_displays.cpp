@@ -2,7 +2,6 @@
 
 #include "appearance.h"
 #include "colors.h"
-#include "controls.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "rich_text_box.h"

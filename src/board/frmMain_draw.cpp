@@ -1,7 +1,7 @@
 #include "frmMain.h"
 
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
 #include "draw.h"
 #include "message_box.h"
 #include "numbers.h"

@@ -1,7 +1,7 @@
 #include "frmMain.h"
 
-#include "controls.h"
 #include "entry.h"
+#include "text_box.h"
 
 #include <QPushButton>
 

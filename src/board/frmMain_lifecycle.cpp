@@ -1,7 +1,8 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "combo_box.h"
 #include "frmVoices.h"
+#include "label.h"
 #include "numeric.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
