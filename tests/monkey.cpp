@@ -522,7 +522,7 @@ extern "C" const char *__asan_default_options()
     return "detect_leaks=0";
 }
 
-double board::freshFraction()
+double board::randomFraction()
 {
     return static_cast<double>(chance()) / 4294967296.0;
 }

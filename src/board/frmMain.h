@@ -168,7 +168,6 @@ private:
     // ---- board/frmMain_draw.cpp: the random draw -------------------------------------------------
 private:
     void cRandNum_Click();
-    bool boardIsFull() const;
 
     // ---- board/frmMain_commands.cpp: clear, pause and play, Bingo --------------------------------
 private:
