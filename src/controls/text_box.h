@@ -11,6 +11,8 @@ class TextBox : public QLineEdit
 
 public:
     explicit TextBox(QWidget *parent = nullptr);
+    /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
+    void clear() { setText({}); }
     /// While it is empty, such a box shows what lies behind it, in a thin outline.
     void setSeeThrough(bool seeThrough);
 
