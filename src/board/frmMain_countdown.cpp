@@ -37,6 +37,8 @@ void frmMain::Timer2_Timer()
         iAutoCallLeft = cboSec->currentText().toInt();
         cRandNum_Click();
     }
+    if (!Timer2->isActive())
+        return; // paused or switched off while a box of the draw was open
     lblAutoCall->setCaption(QStringLiteral("Auto Call In : %1").arg(iAutoCallLeft));
     lblAutoCall->repaint();
 }

@@ -16,7 +16,8 @@ namespace colors = controls::colors;
 
 void frmMain::DrawBoards()
 {
-    const QFont font = controls::displayFont(drawnFontSize());
+    m_fontSize = fontSize().value_or(m_fontSize);
+    const QFont font = controls::displayFont(m_fontSize);
     RTB1->setBaseFont(font);
     drawLetters();
     RTB2->setBaseFont(font);
