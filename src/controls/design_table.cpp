@@ -33,8 +33,8 @@ QWidget *made(const DesignRow &row, QWidget *parent)
         return label;
     }
     case Kind::PushButton: {
-        auto *button = new PushButton(parent);
-        button->setText(caption);
+        auto *button = new QPushButton(caption, parent);
+        button->setAutoDefault(true); // Enter presses it as Space does
         return button;
     }
     case Kind::ColorButton: {
