@@ -90,7 +90,9 @@ void ComboBox::showPopup()
     view()->installEventFilter(this);
     QComboBox::showPopup();
     if (currentIndex() < 0) // nothing is selected; show the place where the number would stand
-        view()->selectionModel()->setCurrentIndex(listItem(Step::Greater), QItemSelectionModel::NoUpdate);
+        view()->selectionModel()->setCurrentIndex(
+            listItem(entryBeside(Step::Greater) < 0 ? Step::Smaller : Step::Greater),
+            QItemSelectionModel::NoUpdate);
 }
 
 QModelIndex ComboBox::listItem(Step step) const
