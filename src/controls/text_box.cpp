@@ -37,7 +37,7 @@ void TextBox::setSeeThrough(bool seeThrough)
     setPalette(colors);
 }
 
-/// Offers a typed character to the owner and answers whether it is to go no further.
+/// Shows a typed character to the owner. True when the owner swallowed it.
 bool TextBox::swallowed(QChar character)
 {
     int code = character.unicode();
