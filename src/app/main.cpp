@@ -1,5 +1,6 @@
 #include "appearance.h"
 #include "application.h"
+#include "double_click_filter.h"
 #include "modMain.h"
 #include "quiet_start.h"
 
@@ -34,6 +35,7 @@ int main(int argc, char *argv[])
     start.reset();
     app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     controls::applyAppearance(application);
+    application.installEventFilter(new controls::DoubleClickFilter(&application));
     app::Application::setWindowIcon(programIcon());
     modMain::Main();
     return app::Application::exec();
