@@ -13,8 +13,8 @@
 
 #include <cstdlib>
 
-using app::ReadIni;
-using app::WriteIni;
+using mod_ini_Stuff::ReadIni;
+using mod_ini_Stuff::WriteIni;
 
 namespace modMain {
 
