@@ -1,12 +1,14 @@
 #include "frmAbout.h"
 
 #include "appearance.h"
-#include "browser.h"
 #include "controls.h"
 #include "frmAbout_design.h"
 #include "publisher.h"
 #include "tool_window.h"
 #include "units.h"
+
+#include <QDesktopServices>
+#include <QUrl>
 
 using controls::control;
 
@@ -61,5 +63,5 @@ void frmAbout::cOK_Click()
 
 void frmAbout::cGoTo_Click()
 {
-    windows::openAddress(QString::fromUtf8(publisher::address));
+    QDesktopServices::openUrl(QUrl(QString::fromUtf8(publisher::address)));
 }
