@@ -7,12 +7,6 @@
 
 using speech::SpVoice;
 
-namespace {
-
-constexpr int phonemes = 64; // the alert boundary SVEPhoneme
-
-} // namespace
-
 void frmMain::createVoice()
 {
     V = std::make_unique<SpVoice>();
@@ -21,7 +15,6 @@ void frmMain::createVoice()
         m_pendingError.emplace(number, description);
         ReportError();
     });
-    V->setAlertBoundary(phonemes);
 }
 
 void frmMain::Speak(const QString &text)

@@ -71,7 +71,7 @@ void frmVoices::Form_Load()
         if (List1->count() == 0)
             List1->addItems(oVoice->GetVoices());
     });
-    connect(oVoice.get(), &SpVoice::VoicesUnknown, this, [this](int number, const QString &description) {
+    connect(oVoice.get(), &SpVoice::Failed, this, [this](int number, const QString &description) {
         controls::reportError(this, {number, description});
     });
 }
