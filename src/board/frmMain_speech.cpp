@@ -3,6 +3,7 @@
 #include "frmVoices.h"
 #include "phrases.h"
 #include "sp_voice.h"
+#include "tool_window.h"
 #include "voice_choice.h"
 
 using speech::SpVoice;
@@ -48,8 +49,7 @@ void frmMain::V_EndStream(int, const QVariant &)
 void frmMain::mnuSpeak_Click()
 {
     if (m_frmVoices) {
-        m_frmVoices->raise();
-        m_frmVoices->activateWindow();
+        controls::showInFront(m_frmVoices);
         return;
     }
     m_frmVoices = new frmVoices(m_voiceChoice, this);
