@@ -5,7 +5,7 @@
 namespace app {
 
 /// An application that goes on when a handler fails: an exception that leaves any handler is shown in the
-/// "Run-Time Error" box. While a Speak waits for its text, its windows can be closed but take no other input.
+/// "Run-Time Error" box.
 class Application : public QApplication
 {
     Q_OBJECT
