@@ -25,10 +25,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto retryPause = 50ms;
-// A starter that fails may have met another one at work: this many more tries find out.
+// A starter fails when another one is at work: so many more tries find out.
 constexpr int triesAfterFailedStart = 40;
 
-/// The path of the service's socket. Throws Error when the user has sent programs to another kind of address.
+/// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
 QString socketPath()
 {
     const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
@@ -52,7 +52,7 @@ QString serviceCommand()
         qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
 }
 
-/// A socket that is connected to the service; -1 when nobody answers. Nothing that is done with it waits.
+/// A non-blocking socket connected to the service, or -1 when nobody answers.
 int connectedSocket(const QString &address)
 {
     const QByteArray path = QFile::encodeName(address);
@@ -165,7 +165,7 @@ QString SsipEngine::startError()
 {
     const QString output = QString::fromLocal8Bit(m_starterOutput.readAll()).trimmed();
     return output.isEmpty() ? QStringLiteral("The speech service cannot be started.")
-                            : output.section(u'\n', -1);
+                            : output.section(u'\n', -1).trimmed();
 }
 
 void SsipEngine::greet()
