@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace controls {
+
+/// While one exists the cursor is a wait cursor, and what the user types and clicks is kept; when it goes,
+/// the windows take it. Meanwhile windows can be closed and message boxes answered.
+/// (QEventLoop::ExcludeUserInputEvents would keep the closing of a window, too.)
+class HeldInput : public QObject
+{
+    Q_OBJECT
+
+public:
+    HeldInput();
+    ~HeldInput() override;
+
+    bool eventFilter(QObject *receiver, QEvent *event) override;
+
+private:
+    std::vector<std::pair<QPointer<QObject>, std::unique_ptr<QEvent>>> m_events;
+};
+
+} // namespace controls
