@@ -29,6 +29,8 @@ int main(int argc, char *argv[])
     app::Application::setDesktopSettingsAware(false);
     app::Application::setApplicationName(QStringLiteral("Vellomir"));
     app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
+    // A factor between whole ones would cut frames; the windows are laid out by dots per inch instead.
+    app::Application::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Floor);
     std::optional<os::QuietStart> start(std::in_place);
     app::Application application(argc, argv);
     start.reset();

@@ -29,7 +29,6 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     buildPatternButtons();
     setDesignFonts();
     setTabOrderOfDesign();
-    setDesignSize();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
     wire();

@@ -7,7 +7,7 @@
 #include "sp_voice.h"
 
 #include <QCloseEvent>
-#include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -23,9 +23,8 @@ constexpr int enter = 13;
 void frmMain::Form_Load()
 {
     try {
-        const QRect area = screen()->availableGeometry();
-        const QPoint centred = area.center() - QPoint(width() / 2, height() / 2);
-        move(std::max(centred.x(), area.x()), std::max(centred.y(), area.y()));
+        const int caption = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        placeOnScreen({1, caption, 1, 1}); // an estimate, until the frame is known
         cboSec->setCurrentText(QStringLiteral("10"));
         iSayCount = 1;
         createVoice();

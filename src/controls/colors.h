@@ -13,6 +13,7 @@ inline constexpr QRgb red = 0xFFFF0000;
 inline constexpr QRgb blue = 0xFF0000FF;
 inline constexpr QRgb disabledText = 0xFF6D6D6D;
 inline constexpr QRgb edge = 0xFF808080;
+inline constexpr QRgb frame = 0xFFB9B9B9;
 inline constexpr QRgb highlight = 0xFF0A64AD;
 
 } // namespace controls::colors

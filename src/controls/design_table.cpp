@@ -1,10 +1,10 @@
 #include "design_table.h"
 
+#include "colors.h"
 #include "controls.h"
 #include "rich_text_box.h"
 #include "units.h"
 
-#include <QFrame>
 #include <QListWidget>
 #include <QSlider>
 
@@ -12,7 +12,7 @@ namespace controls {
 
 namespace {
 
-QWidget *made(const DesignRow &row, QWidget *parent)
+QWidget *makeControl(const DesignRow &row, QWidget *parent)
 {
     const QString caption = QString::fromLatin1(row.caption);
     switch (row.kind) {
@@ -63,8 +63,9 @@ QWidget *made(const DesignRow &row, QWidget *parent)
     case Kind::ColorBox:
         return new ColorBox(parent);
     case Kind::Line: {
-        auto *line = new QFrame(parent);
-        line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+        auto *line = new QWidget(parent); // filled: a frame's line may vanish between two device pixels
+        line->setAutoFillBackground(true);
+        line->setPalette(QPalette(QColor::fromRgb(colors::black)));
         return line;
     }
     }
@@ -81,7 +82,7 @@ QRect placed(const DesignRow &row, const QWidget *widget)
 
 QWidget *buildControl(const DesignRow &row, QWidget *client)
 {
-    QWidget *widget = made(row, row.container ? control<QWidget>(client, row.container) : client);
+    QWidget *widget = makeControl(row, row.container ? control<QWidget>(client, row.container) : client);
     widget->setObjectName(QString::fromLatin1(row.name));
     const QRect place = placed(row, client);
     if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
