@@ -1,14 +1,15 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "label.h"
 #include "message_box.h"
-#include "phrases.h"
+#include "text_box.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 void frmMain::cButt_Click(int Index)
 {
-    if (iCalled[static_cast<std::size_t>(Index)] != 0)
+    if (isCalled(Index))
         uncallNumber(Index);
     else
         callNumber(Index);
@@ -34,10 +35,8 @@ void frmMain::callNumber(int n)
     editLastPress(n);
     // All that waits to be painted is painted now, before anything is spoken.
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
-    if (chkMakeVoiceCall->isChecked()) {
-        sCallPhrase = voice::firstPhrase(n);
-        Speak(sCallPhrase);
-    }
+    if (chkMakeVoiceCall->isChecked())
+        Speak(m_announcement.firstPhrase(n));
 }
 
 void frmMain::showCount()
@@ -45,15 +44,10 @@ void frmMain::showCount()
     lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
 }
 
-bool frmMain::autoCallRuns() const
-{
-    return cPause->isEnabled() && cPause->text() == QStringLiteral("Pause");
-}
-
 void frmMain::focusAfterCall()
 {
     Text1->clear();
-    if (chkAutoCall->isChecked() && cPause->text() == QStringLiteral("Pause"))
+    if (Timer2->isActive())
         cPause->setFocus();
     else
         Text1->setFocus();

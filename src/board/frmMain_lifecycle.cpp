@@ -1,7 +1,8 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "combo_box.h"
 #include "frmVoices.h"
+#include "label.h"
 #include "numeric.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
@@ -10,7 +11,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -26,13 +26,10 @@ void frmMain::Form_Load()
         const int caption = style()->pixelMetric(QStyle::PM_TitleBarHeight);
         placeOnScreen({1, caption, 1, 1}); // an estimate, until the frame is known
         cboSec->setCurrentText(QStringLiteral("10"));
-        iSayCount = 1;
-        createVoice();
+        m_announcement.createVoice();
     } catch (const files::Error &error) {
-        m_pendingError = error;
+        ReportError(error);
     }
-    if (m_pendingError)
-        ReportError();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -74,8 +71,8 @@ void frmMain::clearDisplays()
 
 void frmMain::iFontSize_Click()
 {
-    DrawBoards();
-    EditBoard();
+    if (fontSize() != m_fontSize)
+        redrawBoard();
     returnToEntry();
 }
 
@@ -84,21 +81,25 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
     if (KeyAscii != enter)
         return;
     KeyAscii = 0;
-    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText())) {
-        if (*size < leastFontSize)
-            iFontSize->setEditText(QString::number(leastFontSize));
-        else if (*size > greatestFontSize)
-            iFontSize->setEditText(QString::number(greatestFontSize));
-        DrawBoards();
-        EditBoard();
+    if (const std::optional<double> size = fontSize()) {
+        if (size != files::parseNumber(iFontSize->currentText()))
+            iFontSize->setEditText(QString::number(*size));
+        redrawBoard();
     }
     returnToEntry();
 }
 
-/// The size in `iFontSize`, in points and within its bounds; the last one when the text is no number.
-double frmMain::drawnFontSize()
+/// The size in `iFontSize`, in points and within its bounds; nothing when the text is no number.
+std::optional<double> frmMain::fontSize() const
 {
-    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText()))
-        m_lastFontSize = std::clamp(*size, leastFontSize, greatestFontSize);
-    return m_lastFontSize;
+    std::optional<double> size = files::parseNumber(iFontSize->currentText());
+    if (size)
+        size = std::clamp(*size, leastFontSize, greatestFontSize);
+    return size;
+}
+
+void frmMain::redrawBoard()
+{
+    DrawBoards();
+    EditBoard();
 }

@@ -1,10 +1,14 @@
 #include "design_table.h"
 
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
+#include "combo_box.h"
+#include "label.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 #include "units.h"
 
+#include <QCheckBox>
 #include <QListWidget>
 #include <QSlider>
 
