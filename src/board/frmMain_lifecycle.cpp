@@ -23,8 +23,9 @@ constexpr int enter = 13;
 void frmMain::Form_Load()
 {
     try {
-        const int caption = style()->pixelMetric(QStyle::PM_TitleBarHeight);
-        placeOnScreen({1, caption, 1, 1}); // an estimate, until the frame is known
+        // An estimate, until the frame is known. Desktops do not scale it with the program.
+        const double caption = style()->pixelMetric(QStyle::PM_TitleBarHeight) / devicePixelRatioF();
+        placeOnScreen({1, qRound(caption), 1, 1});
         cboSec->setCurrentText(QStringLiteral("10"));
         m_announcement.createVoice();
     } catch (const files::Error &error) {
