@@ -3,7 +3,6 @@
 #include "appearance.h"
 #include "buttons.h"
 #include "catalogue.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"

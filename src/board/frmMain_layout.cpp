@@ -1,8 +1,8 @@
 #include "frmMain.h"
 
+#include "design_table.h"
 #include "frmMain_design.h"
 #include "rich_text_box.h"
-#include "units.h"
 
 #include <QEvent>
 #include <QMenuBar>

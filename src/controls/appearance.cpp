@@ -1,7 +1,5 @@
 #include "appearance.h"
 
-#include "colors.h"
-
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDialogButtonBox>

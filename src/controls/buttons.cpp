@@ -1,7 +1,6 @@
 #include "buttons.h"
 
 #include "appearance.h"
-#include "colors.h"
 
 #include <QKeyEvent>
 #include <QPainter>

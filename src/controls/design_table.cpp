@@ -1,12 +1,11 @@
 #include "design_table.h"
 
+#include "appearance.h"
 #include "buttons.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "label.h"
 #include "rich_text_box.h"
 #include "text_box.h"
-#include "units.h"
 
 #include <QCheckBox>
 #include <QListWidget>
@@ -18,7 +17,7 @@ namespace {
 
 QWidget *makeControl(const DesignRow &row, QWidget *parent)
 {
-    const QString caption = QString::fromLatin1(row.caption);
+    const QString caption = QString::fromUtf8(row.caption);
     switch (row.kind) {
     case Kind::Label: {
         auto *label = new Label(parent);

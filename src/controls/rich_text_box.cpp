@@ -1,7 +1,6 @@
 #include "rich_text_box.h"
 
 #include "appearance.h"
-#include "colors.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>

@@ -1,7 +1,6 @@
 #include "text_box.h"
 
 #include "appearance.h"
-#include "colors.h"
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>

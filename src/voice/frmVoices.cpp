@@ -4,7 +4,6 @@
 #include "error.h"
 #include "message_box.h"
 #include "sp_voice.h"
-#include "units.h"
 #include "voice_choice.h"
 
 #include <QLabel>
