@@ -5,7 +5,6 @@
 #include "held_input.h"
 #include "message_box.h"
 #include "sp_voice.h"
-#include "units.h"
 #include "voice_choice.h"
 
 #include <QLabel>
