@@ -1,7 +1,11 @@
 #include "held_input.h"
 
 #include <QApplication>
-#include <QEvent>
+#include <QMouseEvent>
+#include <QPointer>
+
+#include <memory>
+#include <utility>
 
 namespace controls {
 
@@ -17,6 +21,34 @@ bool isInput(const QObject *receiver, const QEvent *event)
            event->type() != QEvent::Enter;
 }
 
+bool isClick(const QEvent *event)
+{
+    return event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
+           event->type() == QEvent::MouseButtonDblClick;
+}
+
+/// Sends a copy of `event`, which is made when it is sent: copies share their position, and a later event of
+/// the same mouse would change it.
+std::function<void()> delivery(const QPointer<QObject> &receiver, const QMouseEvent &event)
+{
+    return [receiver, type = event.type(), place = event.position(), onScreen = event.globalPosition(),
+            button = event.button(), buttons = event.buttons(), modifiers = event.modifiers(),
+            device = event.pointingDevice(), time = event.timestamp()] {
+        QMouseEvent copy(type, place, place, onScreen, button, buttons, modifiers, device);
+        copy.setTimestamp(time);
+        if (receiver)
+            QCoreApplication::sendEvent(receiver, &copy);
+    };
+}
+
+std::function<void()> delivery(const QPointer<QObject> &receiver, const QEvent &event)
+{
+    return [receiver, copy = std::shared_ptr<QEvent>(event.clone())] {
+        if (receiver)
+            QCoreApplication::sendEvent(receiver, copy.get());
+    };
+}
+
 } // namespace
 
 HeldInput::HeldInput()
@@ -29,17 +61,21 @@ HeldInput::~HeldInput()
 {
     qApp->removeEventFilter(this);
     QApplication::restoreOverrideCursor();
-    for (auto &[receiver, event] : m_events) {
-        if (receiver)
-            QCoreApplication::postEvent(receiver, event.release());
-    }
+    const auto deliverAll = [deliveries = std::move(m_deliveries)] {
+        for (const auto &deliver : deliveries)
+            deliver();
+    };
+    QMetaObject::invokeMethod(qApp, deliverAll, Qt::QueuedConnection);
 }
 
 bool HeldInput::eventFilter(QObject *receiver, QEvent *event)
 {
     if (!isInput(receiver, event) || QApplication::activeModalWidget())
         return false;
-    m_events.emplace_back(receiver, event->clone());
+    if (isClick(event))
+        m_deliveries.push_back(delivery(receiver, *static_cast<QMouseEvent *>(event)));
+    else if (!event->isPointerEvent()) // of the mouse only its clicks are kept
+        m_deliveries.push_back(delivery(receiver, *event));
     event->ignore(); // leaves Alt+F4 to the system
     return true;
 }
