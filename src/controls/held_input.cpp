@@ -3,13 +3,17 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <utility>
 
 namespace controls {
 
 namespace {
+
+constexpr std::chrono::milliseconds retryPause(50);
 
 /// Input as it comes from the system, before a window hands it to one of its controls, and the shortcuts that
 /// Qt has already made of it.
@@ -49,6 +53,17 @@ std::function<void()> delivery(const QPointer<QObject> &receiver, const QEvent &
     };
 }
 
+/// Waits while a message box is open: the windows under it would take nothing.
+void deliverAll(const std::vector<std::function<void()>> &deliveries)
+{
+    if (QApplication::activeModalWidget()) {
+        QTimer::singleShot(retryPause, qApp, [deliveries] { deliverAll(deliveries); });
+        return;
+    }
+    for (const auto &deliver : deliveries)
+        deliver();
+}
+
 } // namespace
 
 HeldInput::HeldInput()
@@ -61,11 +76,8 @@ HeldInput::~HeldInput()
 {
     qApp->removeEventFilter(this);
     QApplication::restoreOverrideCursor();
-    const auto deliverAll = [deliveries = std::move(m_deliveries)] {
-        for (const auto &deliver : deliveries)
-            deliver();
-    };
-    QMetaObject::invokeMethod(qApp, deliverAll, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [deliveries = std::move(m_deliveries)] { deliverAll(deliveries); }, Qt::QueuedConnection);
 }
 
 bool HeldInput::eventFilter(QObject *receiver, QEvent *event)
