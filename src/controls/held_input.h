@@ -1,10 +1,8 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
-#include <memory>
-#include <utility>
+#include <functional>
 #include <vector>
 
 namespace controls {
@@ -23,7 +21,7 @@ public:
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
-    std::vector<std::pair<QPointer<QObject>, std::unique_ptr<QEvent>>> m_events;
+    std::vector<std::function<void()>> m_deliveries; ///< each sends one event that was kept
 };
 
 } // namespace controls
