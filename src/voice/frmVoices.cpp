@@ -1,8 +1,8 @@
 #include "frmVoices.h"
 
+#include "delayed_input.h"
 #include "design_table.h"
 #include "error.h"
-#include "held_input.h"
 #include "message_box.h"
 #include "sp_voice.h"
 #include "voice_choice.h"
@@ -82,7 +82,7 @@ void frmVoices::cListen_Click()
         return;
     oVoice->setVoice(List1->currentRow());
     oVoice->setRate(Slider1->value());
-    const controls::HeldInput held;
+    const controls::DelayedInput delayed;
     oVoice->Speak(QStringLiteral("Bee 4, Oh 62, Eye 25"), SpVoice::SVSFDefault);
 }
 

@@ -1,4 +1,4 @@
-#include "held_input.h"
+#include "delayed_input.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -66,13 +66,13 @@ void deliverAll(const std::vector<std::function<void()>> &deliveries)
 
 } // namespace
 
-HeldInput::HeldInput()
+DelayedInput::DelayedInput()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     qApp->installEventFilter(this);
 }
 
-HeldInput::~HeldInput()
+DelayedInput::~DelayedInput()
 {
     qApp->removeEventFilter(this);
     QApplication::restoreOverrideCursor();
@@ -80,7 +80,7 @@ HeldInput::~HeldInput()
         qApp, [deliveries = std::move(m_deliveries)] { deliverAll(deliveries); }, Qt::QueuedConnection);
 }
 
-bool HeldInput::eventFilter(QObject *receiver, QEvent *event)
+bool DelayedInput::eventFilter(QObject *receiver, QEvent *event)
 {
     if (!isInput(receiver, event) || QApplication::activeModalWidget())
         return false;

@@ -10,13 +10,13 @@ namespace controls {
 /// While one exists the cursor is a wait cursor, and what the user types and clicks is kept; when it goes,
 /// the windows take it. Meanwhile windows can be closed and message boxes answered.
 /// (QEventLoop::ExcludeUserInputEvents would keep the closing of a window, too.)
-class HeldInput : public QObject
+class DelayedInput : public QObject
 {
     Q_OBJECT
 
 public:
-    HeldInput();
-    ~HeldInput() override;
+    DelayedInput();
+    ~DelayedInput() override;
 
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
