@@ -20,7 +20,7 @@
 
 using controls::control;
 
-frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
+frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
     , m_announcement(voice)
     , m_voiceChoice(voice)

@@ -1,11 +1,11 @@
 #include "frmVoices.h"
 
+#include "announcement.h"
 #include "delayed_input.h"
 #include "design_table.h"
 #include "error.h"
 #include "message_box.h"
 #include "sp_voice.h"
-#include "voice_choice.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -35,7 +35,7 @@ constexpr int clientHeight = 4545;
 
 } // namespace
 
-frmVoices::frmVoices(VoiceChoice &choice, QWidget *owner)
+frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
     : QWidget(owner, Qt::Window)
     , m_choice(choice)
 {
@@ -64,7 +64,7 @@ void frmVoices::Form_Load()
     try {
         oVoice = std::make_unique<SpVoice>();
     } catch (const files::Error &error) {
-        controls::reportError(this, error);
+        controls::reportError(parentWidget(), error);
         return;
     }
     connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {

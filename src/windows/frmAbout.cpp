@@ -49,7 +49,6 @@ frmAbout::frmAbout(QWidget *owner)
     setWindowTitle(QStringLiteral("About"));
     controls::makeToolWindow(this);
     buildControls();
-    Form_Load();
 }
 
 void frmAbout::buildControls()

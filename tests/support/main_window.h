@@ -10,7 +10,6 @@
 #include "sp_voice.h"
 #include "support/fake_sp_engine.h"
 #include "text_box.h"
-#include "voice_choice.h"
 
 #include <QAction>
 #include <QApplication>
@@ -98,7 +97,7 @@ public:
     }
 
     FakeSpeech speech;
-    VoiceChoice voice;
+    voice::VoiceChoice voice;
     frmMain window{(speech::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
 
 private:
