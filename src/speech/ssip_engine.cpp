@@ -26,8 +26,6 @@ namespace {
 
 constexpr char listOfVoices[] = "LIST SYNTHESIS_VOICES";
 constexpr auto retryPause = 50ms;
-// A starter fails when another one is at work: so many more tries find out.
-constexpr int triesAfterFailedStart = 40;
 
 /// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
 QString socketPath()
@@ -69,12 +67,6 @@ int connectedSocket(const QString &address)
     return -1;
 }
 
-bool somebodyAnswers(const QString &address)
-{
-    const int socket = connectedSocket(address);
-    return socket >= 0 && ::close(socket) == 0;
-}
-
 QByteArray loginName()
 {
     const passwd *user = getpwuid(getuid());
@@ -101,9 +93,9 @@ QByteArray dataLines(const QString &text)
 
 SsipEngine::SsipEngine()
     : m_address(socketPath())
-    , m_triesLeft(triesAfterFailedStart)
+    , m_socket(connectedSocket(m_address))
 {
-    if (serviceCommand().isEmpty() && !somebodyAnswers(m_address))
+    if (m_socket < 0 && serviceCommand().isEmpty())
         throw files::Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
     connect(&m_incoming, &QSocketNotifier::activated, this, &SsipEngine::receive);
 }
@@ -126,7 +118,8 @@ SsipEngine::~SsipEngine()
 
 void SsipEngine::open()
 {
-    m_socket = connectedSocket(m_address);
+    if (m_socket < 0)
+        m_socket = connectedSocket(m_address);
     if (m_socket < 0) {
         connectionFailed();
         return;

@@ -68,11 +68,11 @@ private:
     void report(const Reply &event);
 
     QString m_address;
-    int m_socket = -1; ///< connected to the service, or -1
+    int m_socket; ///< connected to the service, or -1
     QSocketNotifier m_incoming{QSocketNotifier::Read};
     std::unique_ptr<QProcess> m_starter;
-    QTemporaryFile m_starterOutput; ///< no pipe: the starter may run longer than this program
-    int m_triesLeft;
+    QTemporaryFile m_starterOutput;           ///< no pipe: the starter may run longer than this program
+    int m_triesLeft = 40;                     ///< when the starter has failed: another one may be at work
     std::deque<Command> m_commands;           ///< the first one is under way
     QByteArray m_data;                        ///< the lines that follow SPEAK
     QByteArray m_received;                    ///< beyond the last whole line
