@@ -235,14 +235,12 @@ QStringList SsipEngine::descriptions() const
 void SsipEngine::speak(const SpText &text)
 {
     const Voice &voice = text.voice ? m_voices.at(*text.voice) : m_default;
-    m_text.clear();
-    m_earlyEvents.clear();
     set("OUTPUT_MODULE", voice.module);
     if (!voice.name.isEmpty())
         set("SYNTHESIS_VOICE", voice.name);
     set("RATE", QByteArray::number(10 * text.rate));
     m_data = dataLines(text.text);
-    request("SPEAK", [this](const Reply &reply) { textAccepted(reply.lines.value(0)); });
+    request("SPEAK");
 }
 
 void SsipEngine::ping()
@@ -253,25 +251,15 @@ void SsipEngine::ping()
         Q_EMIT alive();
 }
 
-void SsipEngine::textAccepted(const QByteArray &name)
+/// The service tells of this program's texts only, and has one at a time.
+void SsipEngine::report(int event)
 {
-    m_text = name;
-    for (const Reply &event : std::exchange(m_earlyEvents, {}))
-        report(event);
-}
-
-void SsipEngine::report(const Reply &event)
-{
-    if (m_text.isEmpty())
-        m_earlyEvents.append(event);
-    if (event.lines.value(0) != m_text)
-        return;
     constexpr int begin = 701;
     constexpr int end = 702;
     constexpr int cancelled = 703; // by a screen reader, say: the text is over
-    if (event.code == begin)
+    if (event == begin)
         Q_EMIT begun();
-    else if (event.code == end || event.code == cancelled)
+    else if (event == end || event == cancelled)
         Q_EMIT ended();
 }
 
@@ -333,7 +321,7 @@ void SsipEngine::dispatch(const Reply &message)
 {
     constexpr int receivingData = 230;
     if (message.code / 100 == 7)
-        report(message);
+        report(message.code);
     else if (message.code == receivingData)
         send(m_data);
     else if (!m_commands.empty())

@@ -14,7 +14,7 @@ namespace speech {
 
 /// Speech through speech-dispatcher, in its text protocol SSIP over its unix socket. Starts the service when
 /// nobody answers. One command is under way at a time; reports of a text (it began, it ended) can come at any
-/// moment, even before the answer that names the text.
+/// moment, even before the text's command has been answered.
 class SsipEngine : public SpEngine
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     void ping() override;
 
 private:
-    struct Reply ///< or a report, whose first line is the service's name for the text that it is about
+    struct Reply
     {
         int code = 0;
         QList<QByteArray> lines; ///< without their codes, and without the last one
@@ -64,8 +64,7 @@ private:
     void readLines();
     void dispatch(const Reply &message);
     void finishCommand(const Reply &reply);
-    void textAccepted(const QByteArray &name);
-    void report(const Reply &event);
+    void report(int event);
 
     QString m_address;
     int m_socket; ///< connected to the service, or -1
@@ -79,9 +78,7 @@ private:
     QList<QByteArray> m_lines;                ///< of a message from the service, as far as it has come
     QHash<QByteArray, QByteArray> m_settings; ///< as the service has them
     QList<Voice> m_voices;
-    Voice m_default;            ///< without a name: the module's own voice
-    QByteArray m_text;          ///< the service's name for the text being spoken; empty until it is known
-    QList<Reply> m_earlyEvents; ///< those that came before the name
+    Voice m_default; ///< without a name: the module's own voice
 };
 
 } // namespace speech
