@@ -20,6 +20,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>

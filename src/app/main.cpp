@@ -1,5 +1,6 @@
 #include "appearance.h"
 #include "application.h"
+#include "held_keys.h"
 #include "modMain.h"
 #include "quiet_start.h"
 
@@ -34,6 +35,7 @@ int main(int argc, char *argv[])
     std::optional<os::QuietStart> start(std::in_place);
     app::Application application(argc, argv);
     start.reset();
+    const controls::HeldKeys heldKeys(application);
     app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     controls::applyAppearance(application);
     app::Application::setWindowIcon(programIcon());

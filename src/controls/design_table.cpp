@@ -32,8 +32,8 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
         return label;
     }
     case Kind::PushButton: {
-        auto *button = new PushButton(parent);
-        button->setText(caption);
+        auto *button = new QPushButton(caption, parent);
+        button->setAutoDefault(true); // Enter presses it as Space does
         return button;
     }
     case Kind::ColorButton: {
