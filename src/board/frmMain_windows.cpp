@@ -1,16 +1,16 @@
 #include "frmMain.h"
 
-#include "folders.h"
 #include "frmAbout.h"
 #include "frmHelp.h"
 #include "frmVoices.h"
 #include "tool_window.h"
 
+#include <QCoreApplication>
+
 void frmMain::mnuSpeak_Click()
 {
     if (m_frmVoices) {
-        m_frmVoices->raise();
-        m_frmVoices->activateWindow();
+        controls::showInFront(m_frmVoices);
         return;
     }
     m_frmVoices = new frmVoices(m_voiceChoice, this);
@@ -20,12 +20,9 @@ void frmMain::mnuSpeak_Click()
 
 void frmMain::mnuHelp_Click()
 {
-    if (!m_help) {
-        m_help = new frmHelp(this);
-        m_help->Form_Load(files::executableFolder()); // known by now: a box may open
-    }
-    if (m_help)
-        controls::showInFront(m_help);
+    if (!m_help)
+        m_help = new frmHelp(this, QCoreApplication::applicationDirPath());
+    controls::showInFront(m_help);
 }
 
 void frmMain::mnuAbout_Click()

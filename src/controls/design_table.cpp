@@ -43,8 +43,11 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
     }
     case Kind::CheckBox:
         return new QCheckBox(caption, parent);
-    case Kind::TextBox:
-        return new TextBox(parent);
+    case Kind::TextBox: {
+        auto *box = new TextBox(parent);
+        box->setText(caption);
+        return box;
+    }
     case Kind::EditableCombo: {
         auto *combo = new ComboBox(parent);
         combo->makeEditable()->setText(caption);

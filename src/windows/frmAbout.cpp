@@ -1,13 +1,14 @@
 #include "frmAbout.h"
 
 #include "appearance.h"
-#include "browser.h"
 #include "design_table.h"
 #include "label.h"
 #include "publisher.h"
 #include "tool_window.h"
 
+#include <QDesktopServices>
 #include <QPushButton>
+#include <QUrl>
 
 using controls::control;
 using controls::DesignRow;
@@ -77,5 +78,5 @@ void frmAbout::cOK_Click()
 
 void frmAbout::cGoTo_Click()
 {
-    windows::openAddress(QString::fromUtf8(publisher::address));
+    QDesktopServices::openUrl(QUrl(QString::fromUtf8(publisher::address)));
 }
