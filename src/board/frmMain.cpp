@@ -10,10 +10,12 @@
 #include "frmVoices.h"
 #include "label.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
 #include <QMenuBar>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -28,6 +30,7 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral(VELLOMIR_NAME));
+    m_announcer = new controls::Announcer(this);
     buildMenus();
     buildControls();
     buildPatternButtons();
@@ -36,6 +39,8 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     setDesignSize();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
+    m_describing = buildTimer("describing", 100);
+    m_describing->setSingleShot(true);
     wire();
     Form_Load();
 }
@@ -119,6 +124,9 @@ void frmMain::buildMenus()
         made->setMenuRole(QAction::NoRole);
         return made;
     };
+    auto *menuKey = new QShortcut(Qt::Key_F10, this);
+    connect(menuKey, &QShortcut::activated, this,
+            [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
     QMenu *mnuFile = menu("mnuFile", "File");
     mnuSpeak = item(mnuFile, "mnuSpeak", "Voice Options");
     mnuShaddow = item(mnuFile, "mnuShaddow", "Shaddow Buttons");

@@ -17,6 +17,7 @@ class frmHelp;
 class frmVoices;
 
 namespace controls {
+class Announcer;
 class ColorButton;
 class ComboBox;
 class Label;
@@ -194,6 +195,20 @@ private:
 
     voice::Announcement m_announcement;
 
+    // ---- board/frmMain_reader.cpp: what screen readers say by themselves, and what they find -------
+private:
+    QString stateInWords() const;
+    void sayUncall(int n);
+    void sayAutoCall();
+    void sayPattern(int id);
+    void describeSoon();
+    void describe();
+    void describeBoard();
+    void describeCalls();
+
+    controls::Announcer *m_announcer = nullptr;
+    QTimer *m_describing = nullptr;
+
     // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
 public:
     void BuildDemo();
@@ -203,7 +218,6 @@ private:
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
     void cDemoButt_Click(int Index);
     void Timer1_Timer();
-    void selectPattern(int id);
     void showPattern(const patterns::Pattern &pattern);
     void applyShadow(const patterns::Pattern &pattern);
 

@@ -2,6 +2,7 @@
 
 #include "label.h"
 #include "message_box.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,7 @@ void frmMain::uncallNumber(int n)
         return;
     markNumber(n, false);
     EditBoard();
+    sayUncall(n);
 }
 
 void frmMain::callNumber(int n)
@@ -37,6 +39,8 @@ void frmMain::callNumber(int n)
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
     if (chkMakeVoiceCall->isChecked())
         Speak(m_announcement.firstPhrase(n));
+    else
+        m_announcer->say(stateInWords());
 }
 
 void frmMain::showCount()

@@ -4,6 +4,7 @@
 #include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "text_box.h"
 #include "tool_window.h"
 
@@ -19,6 +20,7 @@ void frmMain::cPause_Click()
         cPause->setText(QStringLiteral("Pause"));
         Timer2->start();
     }
+    sayAutoCall();
 }
 
 void frmMain::cmdClear_Click()
@@ -45,6 +47,8 @@ void frmMain::clearBoard()
     cDemoButt_Click(iCurPattern);
     cDemoButt_Click(pattern);
     EditBoard();
+    describeCalls();
+    m_announcer->say(QStringLiteral("Board cleared"));
 }
 
 void frmMain::cBingo_Click()
@@ -52,8 +56,12 @@ void frmMain::cBingo_Click()
     if (Timer2->isActive())
         cPause_Click();
     Text1->setFocus();
-    if (!m_frmBingo)
+    if (!m_frmBingo) {
         m_frmBingo = new frmBingo(this);
+        connect(m_frmBingo, &QObject::destroyed, m_announcer,
+                [this] { m_announcer->say(QStringLiteral("BINGO closed")); });
+    }
     m_frmBingo->setGeometry(frameGeometry());
     controls::showInFront(m_frmBingo);
+    m_announcer->waitFor(m_frmBingo);
 }

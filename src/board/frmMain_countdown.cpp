@@ -2,6 +2,7 @@
 
 #include "combo_box.h"
 #include "label.h"
+#include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
@@ -16,6 +17,7 @@ void frmMain::chkAutoCall_Click()
         cPause->setEnabled(true);
         cPause->setText(QStringLiteral("Pause"));
         cPause->setFocus();
+        sayAutoCall();
     } else {
         Timer2->stop();
         cPause->setEnabled(false);
@@ -23,6 +25,7 @@ void frmMain::chkAutoCall_Click()
         lblAutoCall->setCaption({});
         lblAutoCall->repaint();
         Text1->setFocus();
+        m_announcer->say(QStringLiteral("Automatic calling off"));
     }
 }
 

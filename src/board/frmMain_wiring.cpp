@@ -4,6 +4,7 @@
 #include "combo_box.h"
 #include "error.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QAction>
@@ -27,13 +28,21 @@ void frmMain::wire()
     connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);
 
     for (int i = 1; i <= patterns::patternCount; ++i)
-        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
+        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] {
+            cDemoButt_Click(i);
+            sayPattern(i);
+        });
     connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
+    connect(mnuShaddow, &QAction::toggled, m_announcer, [this](bool checked) {
+        m_announcer->say(checked ? QStringLiteral("Shaddow Buttons, checked")
+                                 : QStringLiteral("Shaddow Buttons, not checked"));
+    });
+    connect(m_describing, &QTimer::timeout, this, &frmMain::describe);
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
