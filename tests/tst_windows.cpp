@@ -161,8 +161,7 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
             qFatal("no help file");
         file.close();
-        auto help = std::make_unique<frmHelp>(&m_owner);
-        help->Form_Load(m_folder.path());
+        auto help = std::make_unique<frmHelp>(&m_owner, m_folder.path());
         help->show();
         if (!QTest::qWaitForWindowExposed(help.get()))
             qFatal("no help window");

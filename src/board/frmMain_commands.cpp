@@ -62,6 +62,7 @@ void frmMain::cBingo_Click()
                 [this] { m_announcer->say(QStringLiteral("BINGO closed")); });
     }
     m_frmBingo->setGeometry(frameGeometry());
+    m_frmBingo->fill();
     controls::showInFront(m_frmBingo);
     m_announcer->waitFor(m_frmBingo);
 }
