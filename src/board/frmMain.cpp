@@ -14,6 +14,8 @@
 #include "sp_voice.h"
 #include "text_box.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QShortcut>
 #include <QTimer>
@@ -124,9 +126,6 @@ void frmMain::buildMenus()
         made->setMenuRole(QAction::NoRole);
         return made;
     };
-    auto *menuKey = new QShortcut(Qt::Key_F10, this);
-    connect(menuKey, &QShortcut::activated, this,
-            [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
     QMenu *mnuFile = menu("mnuFile", "File");
     mnuSpeak = item(mnuFile, "mnuSpeak", "Voice Options");
     mnuShaddow = item(mnuFile, "mnuShaddow", "Shaddow Buttons");
@@ -136,6 +135,16 @@ void frmMain::buildMenus()
     QMenu *mnuHelp2 = menu("mnuHelp2", "Help");
     mnuHelp = item(mnuHelp2, "mnuHelp", "Help");
     mnuAbout = item(mnuHelp2, "mnuAbout", "About");
+    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this, &frmMain::goToMenuBar);
+}
+
+/// Goes to the menu bar as Alt alone does, which QMenuBar knows.
+void frmMain::goToMenuBar()
+{
+    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_Alt, Qt::AltModifier);
+        QCoreApplication::sendEvent(this, &event);
+    }
 }
 
 QTimer *frmMain::buildTimer(const char *name, int milliseconds)

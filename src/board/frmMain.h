@@ -51,6 +51,7 @@ private:
     void nameControls();
     void buildPatternButtons();
     void buildMenus();
+    void goToMenuBar();
     QTimer *buildTimer(const char *name, int milliseconds);
     void setDesignFonts();
     void setTabOrderOfDesign();

@@ -64,7 +64,6 @@ public:
         case SH_DialogButtonLayout:
             return QDialogButtonBox::WinLayout; // Yes before No
         case SH_UnderlineShortcut:
-        case SH_MenuBar_AltKeyNavigation: // Alt alone goes to the menu bar
             return 1;
         default:
             return QProxyStyle::styleHint(hint, option, widget, data);

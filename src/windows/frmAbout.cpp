@@ -7,8 +7,8 @@
 #include "tool_window.h"
 #include "units.h"
 
-#include <QPushButton>
 #include <QDesktopServices>
+#include <QPushButton>
 #include <QUrl>
 
 using controls::control;
@@ -43,7 +43,7 @@ void frmAbout::setCaptions()
         const char *label;
         const char *caption;
     } captions[] = {
-        {"Label1", VELLOMIR_NAME},        {"Label2", "Version " VELLOMIR_VERSION},
+        {"Label1", VELLOMIR_NAME},     {"Label2", "Version " VELLOMIR_VERSION},
         {"Label3", publisher::name},   {"Label4", publisher::street},
         {"Label5", publisher::town},   {"Label6", publisher::telephone},
         {"Label7", publisher::rights},
