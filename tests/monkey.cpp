@@ -9,7 +9,6 @@
 #include "appearance.h"
 #include "application.h"
 #include "buttons.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "draw.h"
 #include "frmMain.h"

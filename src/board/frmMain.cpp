@@ -3,7 +3,6 @@
 #include "appearance.h"
 #include "buttons.h"
 #include "catalogue.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"
@@ -38,7 +37,6 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     buildPatternButtons();
     setDesignFonts();
     setTabOrderOfDesign();
-    setDesignSize();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
     m_describing = buildTimer("describing", 100);

@@ -107,10 +107,12 @@ private:
 
     // ---- board/frmMain_layout.cpp: places that follow the window's size --------------------------
 protected:
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void setDesignSize();
+    void placeOnScreen(QMargins frame);
     void Form_Resize();
 
     // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------

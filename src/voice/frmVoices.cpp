@@ -1,10 +1,10 @@
 #include "frmVoices.h"
 
+#include "delayed_input.h"
 #include "design_table.h"
 #include "error.h"
 #include "message_box.h"
 #include "sp_voice.h"
-#include "units.h"
 #include "voice_choice.h"
 
 #include <QLabel>
@@ -71,7 +71,7 @@ void frmVoices::Form_Load()
         if (List1->count() == 0)
             List1->addItems(oVoice->GetVoices());
     });
-    connect(oVoice.get(), &SpVoice::VoicesUnknown, this, [this](int number, const QString &description) {
+    connect(oVoice.get(), &SpVoice::Failed, this, [this](int number, const QString &description) {
         controls::reportError(this, {number, description});
     });
 }
@@ -82,6 +82,7 @@ void frmVoices::cListen_Click()
         return;
     oVoice->setVoice(List1->currentRow());
     oVoice->setRate(Slider1->value());
+    const controls::DelayedInput delayed;
     oVoice->Speak(QStringLiteral("Bee 4, Oh 62, Eye 25"), SpVoice::SVSFDefault);
 }
 

@@ -14,7 +14,6 @@ public:
 
 private:
     void buildControls();
-    void setCaptions();
     void Form_Load();
     void cOK_Click();
     void cGoTo_Click();

@@ -1,7 +1,6 @@
 #include "frmBingo.h"
 
 #include "appearance.h"
-#include "colors.h"
 #include "design_table.h"
 #include "rich_text_box.h"
 #include "text_box.h"

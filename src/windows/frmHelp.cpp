@@ -1,9 +1,9 @@
 #include "frmHelp.h"
 
+#include "design_table.h"
 #include "message_box.h"
 #include "text_file.h"
 #include "tool_window.h"
-#include "units.h"
 
 #include <QAction>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "appearance.h"
 #include "buttons.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "frmMain.h"
 #include "label.h"
