@@ -39,8 +39,8 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     setTabOrderOfDesign();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
-    m_describing = buildTimer("describing", 100);
-    m_describing->setSingleShot(true);
+    m_naming = buildTimer("naming", 100);
+    m_naming->setSingleShot(true);
     wire();
     Form_Load();
 }

@@ -201,16 +201,16 @@ private:
     // ---- board/frmMain_reader.cpp: what screen readers say by themselves, and what they find -------
 private:
     QString stateInWords() const;
-    void sayUncall(int n);
     void sayAutoCall();
     void sayPattern(int id);
-    void describeSoon();
-    void describe();
+    void sayShaddow(bool checked);
     void describeBoard();
     void describeCalls();
+    void nameSoon();
+    void nameByState();
 
     controls::Announcer *m_announcer = nullptr;
-    QTimer *m_describing = nullptr;
+    QTimer *m_naming = nullptr;
 
     // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
 public:

@@ -31,7 +31,7 @@ void frmMain::markNumber(int n, bool called)
 {
     iCalled[n] = called ? 1 : 0;
     cButt[n]->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
-    describeSoon();
+    nameSoon();
 }
 
 void frmMain::markAll(bool called)

@@ -2,6 +2,7 @@
 
 #include "label.h"
 #include "message_box.h"
+#include "numbers.h"
 #include "screen_reader.h"
 #include "text_box.h"
 
@@ -24,7 +25,7 @@ void frmMain::uncallNumber(int n)
         return;
     markNumber(n, false);
     EditBoard();
-    sayUncall(n);
+    m_announcer->say(game::spokenLabel(n) + QStringLiteral(" not called"));
 }
 
 void frmMain::callNumber(int n)

@@ -2,7 +2,6 @@
 
 #include "combo_box.h"
 #include "label.h"
-#include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
@@ -17,7 +16,6 @@ void frmMain::chkAutoCall_Click()
         cPause->setEnabled(true);
         cPause->setText(QStringLiteral("Pause"));
         cPause->setFocus();
-        sayAutoCall();
     } else {
         Timer2->stop();
         cPause->setEnabled(false);
@@ -25,8 +23,8 @@ void frmMain::chkAutoCall_Click()
         lblAutoCall->setCaption({});
         lblAutoCall->repaint();
         Text1->setFocus();
-        m_announcer->say(QStringLiteral("Automatic calling off"));
     }
+    sayAutoCall();
 }
 
 void frmMain::Timer2_Timer()

@@ -21,7 +21,7 @@ void frmMain::BuildDemo()
 void frmMain::tDemo_Click(int Index)
 {
     m_card->toggle(Index);
-    describeSoon();
+    nameSoon();
     Text1->setFocus();
 }
 
@@ -68,5 +68,5 @@ void frmMain::Timer1_Timer()
     const int frame = frames.wrapped(iPatternFrame);
     m_card->show(frames[frame]);
     iPatternFrame = frame + 1;
-    describeSoon();
+    nameSoon();
 }

@@ -6,19 +6,16 @@
 #include "rich_text_box.h"
 #include "screen_reader.h"
 
+#include <QAction>
 #include <QTimer>
+
+using game::spokenLabel;
 
 namespace {
 
-/// "N 33"
-QString inWords(int n)
+QString listed(const QStringList &texts)
 {
-    return QStringLiteral("%1 %2").arg(game::letterOf(n)).arg(n);
-}
-
-QString orNone(const QStringList &texts, const QString &separator = QStringLiteral(", "))
-{
-    return texts.isEmpty() ? QStringLiteral("none") : texts.join(separator);
+    return texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -27,97 +24,90 @@ QString orNone(const QStringList &texts, const QString &separator = QStringLiter
 QString frmMain::stateInWords() const
 {
     const QString count = QStringLiteral("%1 called").arg(iCallCnt);
-    return iLastCalls[1] == 0 ? count : inWords(iLastCalls[1]) + QStringLiteral(", ") + count;
-}
-
-void frmMain::sayUncall(int n)
-{
-    m_announcer->say(inWords(n) + QStringLiteral(" not called"));
+    return iLastCalls[1] == 0 ? count : spokenLabel(iLastCalls[1]) + QStringLiteral(", ") + count;
 }
 
 void frmMain::sayAutoCall()
 {
-    m_announcer->say(Timer2->isActive()
-                         ? QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText())
-                         : QStringLiteral("Paused"));
+    if (Timer2->isActive())
+        m_announcer->say(QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText()));
+    else if (chkAutoCall->isChecked())
+        m_announcer->say(QStringLiteral("Paused"));
+    else
+        m_announcer->say(QStringLiteral("Automatic calling off"));
 }
 
 /// Pattern `id` was selected or put away.
 void frmMain::sayPattern(int id)
 {
-    const patterns::Pattern &pattern = patterns::pattern(id);
+    const QString caption = cDemoButt[id]->text();
     QStringList columns;
-    for (int column = 0; column < game::columnCount; ++column) {
-        const int first = column * game::numbersPerColumn + 1;
-        if (mnuShaddow->isChecked() && pattern.shadow.covers(first))
-            columns += game::letterOf(first);
-    }
-    const QString caption = QString::fromLatin1(pattern.caption);
+    for (const char16_t letter : patterns::pattern(id).shadow.letters())
+        columns += QChar(letter);
     if (iCurPattern != id)
         m_announcer->say(caption + QStringLiteral(" put away"));
-    else if (columns.isEmpty())
+    else if (columns.isEmpty() || !mnuShaddow->isChecked())
         m_announcer->say(caption + QStringLiteral(", all columns in play"));
     else
-        m_announcer->say(caption + QStringLiteral(", columns %1 out of play").arg(orNone(columns)));
+        m_announcer->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
 }
 
-/// Names follow the record a moment after it changed: by then the focus has left the control that was
-/// pressed, whose new name a screen reader would say, too.
-void frmMain::describeSoon()
+void frmMain::sayShaddow(bool checked)
 {
-    if (!m_describing->isActive())
-        m_describing->start();
+    m_announcer->say(mnuShaddow->text() +
+                     (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
 }
 
-/// Gives the controls the names that they have not yet, a few at a time. A screen reader that has fifty
-/// events before it drops what is to be said.
-void frmMain::describe()
+/// The numbers that are red on the large board.
+void frmMain::describeBoard()
+{
+    QStringList called;
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (isCalled(n))
+            called += spokenLabel(n);
+    }
+    RTB2->setAccessibleDescription(listed(called));
+}
+
+/// The current number and the past ones.
+void frmMain::describeCalls()
+{
+    QStringList past;
+    for (int k = 2; k <= 5 && iLastCalls[k] != 0; ++k)
+        past += spokenLabel(iLastCalls[k]);
+    RTB3->setAccessibleDescription(iLastCalls[1] == 0 ? listed({}) : spokenLabel(iLastCalls[1]));
+    RTB4->setAccessibleDescription(listed(past));
+}
+
+/// Has the names follow the record in a moment. By then the focus has left the control that was pressed,
+/// whose new name a screen reader would say, too.
+void frmMain::nameSoon()
+{
+    if (!m_naming->isActive())
+        m_naming->start();
+}
+
+/// Gives controls the names that they have not yet, a few at a time: a screen reader that has fifty events
+/// before it drops what is to be said.
+void frmMain::nameByState()
 {
     int left = 10;
-    const auto name = [&left](QWidget *control, const QString &newName) {
-        if (left > 0 && control->accessibleName() != newName) {
-            control->setAccessibleName(newName);
+    const auto name = [&left](QWidget *control, const QString &spoken) {
+        if (left > 0 && control->accessibleName() != spoken) {
+            control->setAccessibleName(spoken);
             --left;
         }
     };
+    name(m_announcer, stateInWords());
     for (int n = 1; n <= game::numberCount; ++n)
         name(cButt[n],
-             inWords(n) + (isCalled(n) ? QStringLiteral(", called") : QStringLiteral(", not called")));
+             spokenLabel(n) + (isCalled(n) ? QStringLiteral(", called") : QStringLiteral(", not called")));
     for (int id = 1; id <= patterns::patternCount; ++id)
         name(cDemoButt[id], cDemoButt[id]->text() + (id == iCurPattern ? QStringLiteral(" pattern, selected")
                                                                        : QStringLiteral(" pattern")));
     for (int i = 1; i <= patterns::cellCount; ++i)
         name(m_card->cell(i), m_card->cellInWords(i));
     name(m_card->cell(1)->parentWidget(), m_card->inWords());
-    name(m_announcer, stateInWords());
     if (left == 0)
-        describeSoon();
-}
-
-/// What the two displays of calls show, as a screen reader is to say it.
-void frmMain::describeCalls()
-{
-    QStringList past;
-    for (int k = 2; k <= 5 && iLastCalls[k] != 0; ++k)
-        past += inWords(iLastCalls[k]);
-    RTB3->setAccessibleDescription(iLastCalls[1] == 0 ? orNone({}) : inWords(iLastCalls[1]));
-    RTB4->setAccessibleDescription(orNone(past));
-}
-
-/// The numbers that are red on the large board, column by column: "B 7, 12; N 33".
-void frmMain::describeBoard()
-{
-    QStringList columns;
-    for (int column = 0; column < game::columnCount; ++column) {
-        QStringList numbers;
-        for (int i = 1; i <= game::numbersPerColumn; ++i) {
-            const int n = column * game::numbersPerColumn + i;
-            if (isCalled(n))
-                numbers += QString::number(n);
-        }
-        if (!numbers.isEmpty())
-            columns +=
-                QChar(game::columnLetter(column)) + QStringLiteral(" ") + numbers.join(QStringLiteral(", "));
-    }
-    RTB2->setAccessibleDescription(orNone(columns, QStringLiteral("; ")));
+        nameSoon();
 }

@@ -4,7 +4,6 @@
 #include "combo_box.h"
 #include "error.h"
 #include "rich_text_box.h"
-#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QAction>
@@ -38,11 +37,8 @@ void frmMain::wire()
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
-    connect(mnuShaddow, &QAction::toggled, m_announcer, [this](bool checked) {
-        m_announcer->say(checked ? QStringLiteral("Shaddow Buttons, checked")
-                                 : QStringLiteral("Shaddow Buttons, not checked"));
-    });
-    connect(m_describing, &QTimer::timeout, this, &frmMain::describe);
+    connect(mnuShaddow, &QAction::toggled, this, &frmMain::sayShaddow);
+    connect(m_naming, &QTimer::timeout, this, &frmMain::nameByState);
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);

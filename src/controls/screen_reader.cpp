@@ -43,9 +43,7 @@ Announcer::Announcer(QWidget *window)
     QAccessible::installFactory(makeInterface);
     for (QWidget *&notice : m_notices)
         notice = new Notice(this);
-    for (QWidget *unseen :
-         {m_notices[0], m_notices[1], m_notices[2], m_notices[3], static_cast<QWidget *>(this)})
-        unseen->resize(0, 0);
+    resize(0, 0);
     connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *front) {
         if (front)
             m_opening.clear();

@@ -52,8 +52,7 @@ frmBingo::frmBingo(QWidget *owner)
     controls::buildDesign(design, this);
     RTB1 = controls::control<controls::RichTextBox>(this, "RTB1");
     Text1 = controls::control<controls::TextBox>(this, "Text1");
-    setAccessibleName(
-        QStringLiteral("BINGO opened")); // which a screen reader says when it comes to the front
+    setAccessibleName(QStringLiteral("BINGO opened")); // said when the window comes to the front
     RTB1->setAccessibleName(QStringLiteral("BINGO"));
     Text1->setAccessibleName(QStringLiteral("A click or Alt+F4 closes it"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
