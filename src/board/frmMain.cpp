@@ -20,10 +20,11 @@ using controls::control;
 
 frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
+    , m_announcement(voice)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("Vellomir"));
+    setWindowTitle(QStringLiteral(VELLOMIR_NAME));
     buildMenus();
     buildControls();
     buildPatternButtons();
@@ -44,9 +45,17 @@ void frmMain::buildControls()
     m_client->setObjectName(QStringLiteral("client"));
     setCentralWidget(m_client);
     controls::buildDesign(mainDesign::controls(), m_client);
+    findControls();
+    fillBoxes();
+    nameControls();
+    cPause->setEnabled(false);
+    Text1->setSeeThrough(true);
+    Text1->raise();
+}
 
-    m_cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
-    m_tDemo[1] = control<controls::ColorBox>(m_client, "tDemo(1)");
+void frmMain::findControls()
+{
+    cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
     RTB1 = control<controls::RichTextBox>(m_client, "RTB1");
     RTB2 = control<controls::RichTextBox>(m_client, "RTB2");
     RTB3 = control<controls::RichTextBox>(m_client, "RTB3");
@@ -63,28 +72,33 @@ void frmMain::buildControls()
     cBingo = control<QPushButton>(m_client, "cBingo");
     chkAutoCall = control<QCheckBox>(m_client, "chkAutoCall");
     chkMakeVoiceCall = control<QCheckBox>(m_client, "chkMakeVoiceCall");
+}
 
+void frmMain::fillBoxes()
+{
     for (const int size : {20, 22, 24, 28, 30, 32, 34, 36, 38, 40, 42, 44, 46, 48, 50, 52})
         iFontSize->addItem(QString::number(size));
-    iFontSize->setEditText(QStringLiteral("33"));
+    iFontSize->setEditText(QString::fromLatin1(mainDesign::row("iFontSize").caption));
     for (const int seconds : {5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 20})
         cboSec->addItem(QString::number(seconds));
+}
+
+/// Names what has no caption of its own, for screen readers.
+void frmMain::nameControls()
+{
     for (const auto &[name, spoken] : mainDesign::spokenNames())
         control<QWidget>(m_client, name)->setAccessibleName(QString::fromLatin1(spoken));
     iFontSize->lineEdit()->setAccessibleName(iFontSize->accessibleName());
     control<QLabel>(m_client, "Label4")->setBuddy(iFontSize);
     control<QLabel>(m_client, "Label3")->setBuddy(cboSec);
-    cPause->setEnabled(false);
-    Text1->setSeeThrough(true);
-    Text1->raise();
 }
 
 void frmMain::buildPatternButtons()
 {
     for (int i = 1; i <= patterns::patternCount; ++i) {
         QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
-        button->setObjectName(controlName("cDemoButt", i));
-        m_cDemoButt[static_cast<std::size_t>(i)] = static_cast<QPushButton *>(button);
+        button->setObjectName(QStringLiteral("cDemoButt(%1)").arg(i));
+        cDemoButt[i] = static_cast<QPushButton *>(button);
     }
 }
 
@@ -149,13 +163,8 @@ void frmMain::setTabOrderOfDesign()
             stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
     }
     for (int i = 1; i <= patterns::patternCount; ++i)
-        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt(i)});
+        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt[i]});
     std::sort(stops.begin(), stops.end(), [](const Stop &a, const Stop &b) { return a.tab < b.tab; });
     for (std::size_t i = 1; i < stops.size(); ++i)
         setTabOrder(stops[i - 1].widget, stops[i].widget);
-}
-
-QString frmMain::controlName(const char *array, int index) const
-{
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(array)).arg(index);
 }
