@@ -16,10 +16,12 @@ void requireOk(HRESULT result)
         throw files::Error(result, qt_error_string(result));
 }
 
+/// What Windows calls a voice; a voice without a description goes by its id.
 QString descriptionOf(ISpObjectToken *token)
 {
     wchar_t *text = nullptr;
-    requireOk(SpGetDescription(token, &text));
+    if (FAILED(SpGetDescription(token, &text)))
+        requireOk(token->GetId(&text));
     const QString description = QString::fromWCharArray(text);
     CoTaskMemFree(text);
     return description;
