@@ -1,6 +1,7 @@
 // The main window's board: its design, calling and un-calling, the displays, the entry and the draw.
 
 #include "appearance.h"
+#include "held_keys.h"
 #include "support/main_window.h"
 
 #include <QClipboard>
@@ -223,10 +224,16 @@ private Q_SLOTS:
     void entry()
     {
         const MainWindow w;
-        const auto hold = [](QWidget *widget, Qt::Key key, const QString &text) {
-            for (int i = 0; i < 5; ++i) {
-                QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text, i > 0);
-                QApplication::sendEvent(widget, &press);
+        const controls::HeldKeys heldKeys(*qApp);
+        const auto hold = [&w](QWidget *widget, Qt::Key key, const QString &text) {
+            widget->setFocus();
+            for (quint64 i = 0; i < 5; ++i) { // as on X11
+                QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+                QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+                press.setTimestamp(1000 + i);
+                release.setTimestamp(1001 + i);
+                QApplication::sendEvent(w.window.windowHandle(), &press);
+                QApplication::sendEvent(w.window.windowHandle(), &release);
             }
         };
         const auto count = [&] { return w.called().split(' ', Qt::SkipEmptyParts).size(); };
@@ -244,7 +251,6 @@ private Q_SLOTS:
         hold(w.entry(), Qt::Key_R, "r"); // A held key acts once,
         hold(w.button("cRandNum"), Qt::Key_Return, "\r");
         QCOMPARE(count(), 6);
-        w.entry()->setFocus();
         hold(w.entry(), Qt::Key_7, "7"); // but writes on and on.
         QCOMPARE(w.entry()->text(), "77777");
 

@@ -69,7 +69,8 @@ private Q_SLOTS:
     {
         QDesktopServices::setUrlHandler("https", this, "browse");
         for (int round = 1; round <= 2; ++round) {
-            const QPointer<QWidget> about = new frmAbout(&m_owner);
+            const QPointer about = new frmAbout(&m_owner);
+            about->Form_Load();
             about->show();
             const QPoint off = about->frameGeometry().center() - m_owner.screen()->geometry().center();
             QVERIFY2(off.manhattanLength() <= 2, "opens in the middle, also after it was moved");
@@ -161,8 +162,8 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
             qFatal("no help file");
         file.close();
-        auto help = std::make_unique<frmHelp>(&m_owner);
-        help->Form_Load(m_folder.path());
+        auto help = std::make_unique<frmHelp>(m_folder.path(), &m_owner);
+        help->Form_Load();
         help->show();
         if (!QTest::qWaitForWindowExposed(help.get()))
             qFatal("no help window");

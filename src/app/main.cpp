@@ -1,12 +1,13 @@
 #include "appearance.h"
 #include "application.h"
 #include "modMain.h"
-#include "quiet_start.h"
 
 #include <QIcon>
 #include <QImageReader>
 
-#include <optional>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -14,7 +15,7 @@ namespace {
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48}) {
+    for (const int size : {16, 32}) {
         QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
         reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
         icon.addPixmap(QPixmap::fromImageReader(&reader));
@@ -22,16 +23,29 @@ QIcon programIcon()
     return icon;
 }
 
+/// Where no window can be opened: one line in place of Qt's several, and no abort. Lesser messages are
+/// dropped.
+void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
+{
+    if (type != QtFatalMsg)
+        return;
+    std::fputs("vellomir: cannot open a window: no display, or no Qt platform plugin for it\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     app::Application::setDesktopSettingsAware(false);
-    app::Application::setApplicationName(QStringLiteral("Vellomir"));
+    app::Application::setApplicationName(QStringLiteral(VELLOMIR_NAME));
     app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
-    std::optional<os::QuietStart> start(std::in_place);
-    app::Application application(argc, argv);
-    start.reset();
+    // A factor between whole ones would cut frames; the windows are laid out by dots per inch instead.
+    app::Application::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Floor);
+    int argumentCount = std::min(argc, 1); // the program's name: Qt's own options do nothing
+    const QtMessageHandler formerHandler = qInstallMessageHandler(reportNoDisplay);
+    app::Application application(argumentCount, argv);
+    qInstallMessageHandler(formerHandler);
     app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     controls::applyAppearance(application);
     app::Application::setWindowIcon(programIcon());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "voice_choice.h"
+#include "announcement.h"
 
 #include <QString>
 
@@ -13,7 +13,7 @@ namespace modMain {
 extern QString SettingsPath;
 
 /// The voice and the speed of the spoken calls.
-extern VoiceChoice Voice;
+extern voice::VoiceChoice Voice;
 
 /// Makes the main window, finds the settings, draws the empty board and shows the window, which lives until
 /// the program ends.
@@ -21,7 +21,8 @@ void Main();
 
 bool DirExists(const QString &path);
 
-/// Puts the stored settings, or their defaults, into the main window's two boxes.
+/// Puts the stored settings into the main window's two boxes. What is not stored stays as the window was
+/// made.
 void LoadSettings(frmMain &window);
 /// Writes the texts of the two boxes, as they stand, into the settings file. A failure is not reported.
 void SaveSettings(const frmMain &window);

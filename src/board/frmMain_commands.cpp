@@ -1,10 +1,9 @@
 #include "frmMain.h"
 
-#include "controls.h"
-#include "frmBingo.h"
+#include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
-#include "tool_window.h"
+#include "text_box.h"
 
 #include <QTimer>
 
@@ -22,7 +21,7 @@ void frmMain::cPause_Click()
 
 void frmMain::cmdClear_Click()
 {
-    if (autoCallRuns())
+    if (Timer2->isActive())
         cPause_Click();
     if (controls::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
                             QStringLiteral("Clear Board")))
@@ -44,15 +43,4 @@ void frmMain::clearBoard()
     cDemoButt_Click(iCurPattern);
     cDemoButt_Click(pattern);
     EditBoard();
-}
-
-void frmMain::cBingo_Click()
-{
-    if (autoCallRuns())
-        cPause_Click();
-    Text1->setFocus();
-    if (!m_frmBingo)
-        m_frmBingo = new frmBingo(this);
-    m_frmBingo->setGeometry(frameGeometry());
-    controls::showInFront(m_frmBingo);
 }

@@ -1,12 +1,10 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "colors.h"
-#include "controls.h"
+#include "design_table.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "rich_text_box.h"
-#include "units.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>
@@ -17,7 +15,8 @@ namespace colors = controls::colors;
 
 void frmMain::DrawBoards()
 {
-    const QFont font = controls::displayFont(drawnFontSize());
+    m_fontSize = fontSize().value_or(m_fontSize);
+    const QFont font = controls::displayFont(m_fontSize);
     RTB1->setBaseFont(font);
     drawLetters();
     RTB2->setBaseFont(font);

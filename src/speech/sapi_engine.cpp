@@ -43,7 +43,7 @@ SapiEngine::~SapiEngine()
 
 void SapiEngine::open()
 {
-    QList<SpVoiceInfo> voices;
+    QStringList voices;
     try {
         listen();
         requireOk(m_voice->SetAlertBoundary(SPEI_PHONEME));
@@ -64,22 +64,23 @@ void SapiEngine::listen()
     m_news.setEnabled(true);
 }
 
-QList<SpVoiceInfo> SapiEngine::listVoices()
+QStringList SapiEngine::listVoices()
 {
     ComPtr<IEnumSpObjectTokens> tokens;
     requireOk(SpEnumTokens(SPCAT_VOICES, nullptr, nullptr, &tokens));
-    QList<SpVoiceInfo> infos;
+    QStringList descriptions;
     ComPtr<ISpObjectToken> token;
     while (tokens->Next(1, token.ReleaseAndGetAddressOf(), nullptr) == S_OK) {
-        infos.append({descriptionOf(token.Get()), QString()});
+        descriptions.append(descriptionOf(token.Get()));
         m_tokens.push_back(token);
     }
-    return infos;
+    return descriptions;
 }
 
 void SapiEngine::speak(const SpText &text)
 try {
-    requireOk(m_voice->SetVoice(m_tokens.at(static_cast<std::size_t>(text.voice)).Get()));
+    if (text.voice)
+        requireOk(m_voice->SetVoice(m_tokens.at(static_cast<std::size_t>(*text.voice)).Get()));
     requireOk(m_voice->SetRate(text.rate));
     requireOk(m_voice->Speak(text.text.toStdWString().c_str(), SPF_ASYNC | SPF_IS_NOT_XML, nullptr));
 } catch (const files::Error &error) {

@@ -32,7 +32,7 @@ public:
 
 private:
     void listen();
-    QList<SpVoiceInfo> listVoices();
+    QStringList listVoices();
     void takeEvents();
 
     Microsoft::WRL::ComPtr<ISpVoice> m_voice;

@@ -1,10 +1,9 @@
 #include "frmBingo.h"
 
 #include "appearance.h"
-#include "colors.h"
-#include "controls.h"
 #include "design_table.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 
 #include <QFontMetricsF>
 #include <QMouseEvent>
@@ -57,19 +56,22 @@ frmBingo::frmBingo(QWidget *owner)
     Text1->setAccessibleName(QStringLiteral("BINGO"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
     RTB1->setFrameShape(QFrame::NoFrame);
-    showFirst();
+    RTB1->setBaseFont(controls::displayFont(99.75));
+    RTB1->setBackColor(colors::buttonFace);
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
     connect(Timer1, &QTimer::timeout, this, &frmBingo::Timer1_Timer);
+}
+
+void frmBingo::Form_Load()
+{
     Timer1->start(500);
 }
 
-/// The word as it stands until the first tick.
-void frmBingo::showFirst()
+void frmBingo::fill(const QRect &area)
 {
-    RTB1->setBaseFont(controls::displayFont(99.75));
-    RTB1->setBackColor(colors::buttonFace);
+    setGeometry(area);
     RTB1->setText(QStringLiteral("\r\nBINGO"));
     setWord(250.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);

@@ -21,13 +21,16 @@ class frmBingo : public QWidget
 
 public:
     explicit frmBingo(QWidget *owner);
+    /// Starts the flashing.
+    void Form_Load();
+    /// Lays the window over `area` of the screen and puts the word in, as it stands until the next tick.
+    void fill(const QRect &area);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void showFirst();
     void setWord(double points);
     void Form_Resize();
     void Timer1_Timer();

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "common_dialog.h"
-
 #include <QMainWindow>
 
 class QAction;
+class QPrinter;
 class QTextEdit;
 
 /// Shows the help text, and prints it. It closes itself for good: each showing is a window of its own, which
@@ -14,19 +13,20 @@ class frmHelp : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Stays above the window `owner`, which stays usable.
-    explicit frmHelp(QWidget *owner);
+    /// Shows the text of `help.txt` in `folder`. Stays above the window `owner`, which stays usable.
+    frmHelp(const QString &folder, QWidget *owner);
 
-    /// Reads `help.txt` in `folder`; says so when there is none to read, and is empty then.
-    void Form_Load(const QString &folder);
+    /// Reads the text. Where there is none to read it says so in a message box.
+    void Form_Load();
 
 private:
     void buildControls();
     QAction *buildCommand(const char *name, const char *caption);
+    void showText(const QString &text);
     void mnuExit_Click();
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;
 
+    QString m_folder;
     QTextEdit *txtHelp = nullptr;
-    windows::CommonDialog CD1;
 };

@@ -53,7 +53,8 @@ class Client(threading.Thread):
             elif command.startswith("LIST SYNTHESIS_VOICES"):
                 self.answer(249, "OK VOICE LIST SENT", *([] if mood == "novoices" else VOICES))
             elif command.startswith("GET"):
-                self.answer(251, "OK GET RETURNED", "fake" if "MODULE" in command else "0")
+                value = {"GET OUTPUT_MODULE": "fake", "GET LANGUAGE": "en-US"}.get(command, "0")
+                self.answer(251, "OK GET RETURNED", value)
             else:
                 self.answer(200, "OK")
 

@@ -1,13 +1,15 @@
 #pragma once
 
-#include "colors.h"
-#include "controls.h"
+#include "appearance.h"
+#include "buttons.h"
+#include "combo_box.h"
 #include "frmMain.h"
+#include "label.h"
 #include "numbers.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
 #include "support/fake_sp_engine.h"
-#include "voice_choice.h"
+#include "text_box.h"
 
 #include <QAction>
 #include <QApplication>
@@ -95,7 +97,7 @@ public:
     }
 
     FakeSpeech speech;
-    VoiceChoice voice;
+    voice::VoiceChoice voice;
     frmMain window{(speech::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
 
 private:

@@ -1,4 +1,5 @@
-// Windows' own hands on a settings file: profile FILE SECTION KEY prints a value, with a fourth argument sets it.
+// Windows' own hands on a settings file: profile FILE SECTION KEY prints a value, with a fourth argument sets
+// it.
 #include <windows.h>
 
 #include <cstdio>

@@ -1,5 +1,6 @@
-// A speech service for the test, in SAPI's place: writes each text into the file that $VELLOMIR_SAID names, as
-// "VOICE RATE BOUNDARY FLAGS TEXT", and reports its begin at once and its end a little later. It refuses "Gee, 48".
+// A speech service for the test, in SAPI's place: writes each text into the file that $VELLOMIR_SAID names,
+// as "VOICE RATE BOUNDARY FLAGS TEXT", and reports its begin at once and its end a little later. It refuses
+// "Gee, 48".
 
 #define CINTERFACE // tables of functions in place of classes: most of their places take one and the same
 #include <windows.h>
@@ -29,7 +30,8 @@ template <typename Table>
 Table tableThatRefuses()
 {
     Table table;
-    std::fill_n(reinterpret_cast<void **>(&table), sizeof table / sizeof(void *), reinterpret_cast<void *>(refuse));
+    std::fill_n(reinterpret_cast<void **>(&table), sizeof table / sizeof(void *),
+                reinterpret_cast<void *>(refuse));
     table.AddRef = reinterpret_cast<decltype(table.AddRef)>(keep);
     table.Release = reinterpret_cast<decltype(table.Release)>(keep);
     return table;
@@ -64,8 +66,8 @@ HRESULT STDMETHODCALLTYPE speak(ISpVoice *voice, const wchar_t *text, DWORD flag
     if (std::wstring(text) == L"Gee, 48")
         return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
     FILE *said = _wfopen(_wgetenv(L"VELLOMIR_SAID"), L"a");
-    std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice)->name.c_str(), self(voice)->rate, self(voice)->boundary,
-                 flags, text);
+    std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice)->name.c_str(), self(voice)->rate,
+                 self(voice)->boundary, flags, text);
     std::fclose(said);
     self(voice)->tell(SPEI_START_INPUT_STREAM);
     HANDLE timer = nullptr;

@@ -1,0 +1,82 @@
+#include "text_box.h"
+
+#include "appearance.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QOperatingSystemVersion>
+#include <QPainter>
+
+namespace controls {
+
+namespace {
+
+/// The modifiers that make a command of a key. AltGr makes none; Windows reports it as Ctrl and Alt.
+Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held =
+        event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier);
+    const bool isAltGr = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows &&
+                         held == (Qt::AltModifier | Qt::ControlModifier);
+    return isAltGr ? Qt::NoModifier : held;
+}
+
+} // namespace
+
+TextBox::TextBox(QWidget *parent)
+    : QLineEdit(parent)
+{
+}
+
+void TextBox::setSeeThrough(bool seeThrough)
+{
+    m_seeThrough = seeThrough;
+    setFrame(!seeThrough);
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, seeThrough ? QColor(Qt::transparent) : QColor(Qt::white));
+    setPalette(colors);
+}
+
+/// Shows a typed character to the owner. True when the owner swallowed it.
+bool TextBox::swallowed(QChar character)
+{
+    int code = character.unicode();
+    Q_EMIT keyPress(code);
+    return code == 0;
+}
+
+void TextBox::keyPressEvent(QKeyEvent *event)
+{
+    const Qt::KeyboardModifiers held = commandModifiers(*event);
+    const QString text = event->text();
+    if (held & (Qt::AltModifier | Qt::MetaModifier) && !text.isEmpty() && text.front().isPrint())
+        event->ignore(); // QLineEdit would type it
+    else if (held || text.size() != 1 || !swallowed(text.front()))
+        QLineEdit::keyPressEvent(event);
+}
+
+void TextBox::inputMethodEvent(QInputMethodEvent *event)
+{
+    const QString typed = event->commitString();
+    if (typed.size() == 1 && event->replacementLength() == 0 && swallowed(typed.front()))
+        event->setCommitString({});
+    QLineEdit::inputMethodEvent(event);
+}
+
+void TextBox::paintEvent(QPaintEvent *event)
+{
+    if (!m_seeThrough) {
+        QLineEdit::paintEvent(event);
+        return;
+    }
+    if (!text().isEmpty()) {
+        QPainter painter(this);
+        painter.fillRect(rect(), Qt::white);
+    }
+    QLineEdit::paintEvent(event);
+    QPainter painter(this);
+    // Neither colour is nearer to black or to white than the eye can tell apart.
+    fillFrame(painter, rect(), 1, QColor::fromRgb(hasFocus() ? 0xFF2F80D0 : colors::edge));
+}
+
+} // namespace controls
