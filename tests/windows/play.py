@@ -32,7 +32,7 @@ STORY = [
     ("speak entry :n33 Return", "", [33], ["default 0 6 17 En, 33", "default 0 6 17 En, 3 , 3"]),
     ("B7", "", [7, 33], ["default 0 6 17 Bee, 7"] * 2),
     (":4 Return", "", [4, 7, 33], ["default 0 6 17 Bee, 4", "default 0 6 17 And After"]),
-    ("Clear", "Clear Board", [4, 7, 33], []),
+    ("Clear", "Clear Board", None, []),
     ("Escape alt+r", "", [4, 7, 33], []),
     ("alt Down Return", "Form1", None, []),
     ("Down Down Tab Right Right Tab space", "Form1", None, ["Bert 2 6 17 Bee 4, Oh 62, Eye 25"]),
@@ -79,15 +79,15 @@ class Play(unittest.TestCase):
         cls.ini = next(cls.home.glob("prefix/drive_c/users/*/AppData/Roaming")) / "Vellomir/Vellomir.ini"
 
     def setUp(self):
-        shutil.rmtree(self.ini.parent, ignore_errors=True)
+        run("rm", "-rf", self.ini.parent)
         self.said.write_text("")
 
     def profile(self, *arguments):
         """What Windows' own functions for profiles read in the settings file, or write."""
         return run("wine", self.home / "profile.exe", f"Z:{self.ini}", "Options", *arguments).strip()
 
-    def start(self, **environment):
-        self.process = subprocess.Popen(["wine", self.program], env=os.environ | environment)
+    def start(self, *through):
+        self.process = subprocess.Popen(["wine", *through, self.program.name], cwd=self.program.parent)
         self.addCleanup(self.process.kill)
         self.wait_for(True, lambda: bool(xdotool("search", "--onlyvisible", "--name", "^Vellomir$")))
 
@@ -100,13 +100,20 @@ class Play(unittest.TestCase):
     def do(self, actions):
         for action in actions.split():
             if action in PLACES:
-                window = xdotool("search", "--onlyvisible", "--name", "^Vellomir$")[0]
-                xdotool("mousemove", "--window", window, *PLACES[action], "click", 1)
+                self.point_at(*PLACES[action])
+                xdotool("click", 1)
             elif action.startswith(":"):
                 xdotool("type", "--delay", 50, action[1:])
             else:
-                xdotool("key", "--clearmodifiers", action)
+                # Held until the window that it opened or closed has changed the focus: Wine sees no release else.
+                xdotool("keydown", action, "sleep", 0.3, "keyup", action)
             time.sleep(0.3)
+
+    def point_at(self, x, y):
+        """Moves the mouse to a place in the main window, and returns where on the screen that is."""
+        window = xdotool("search", "--onlyvisible", "--name", "^Vellomir$")[0]
+        where = xdotool("mousemove", "--window", window, x, y, "getmouselocation", "--shell")
+        return [line.split("=")[1] for line in where[:2]]
 
     def end(self):
         self.do("alt+F4")
@@ -118,12 +125,20 @@ class Play(unittest.TestCase):
 
     def red_numbers(self):
         """The red numbers of the board, by its picture: cells of 78 by 100 pixels, 15 in a line."""
-        window = xdotool("search", "--onlyvisible", "--name", "^Vellomir$")[0]
-        crop = ["-crop", "1170x500+49+205", "-depth", "8", "rgb:-"]
-        picture = run("import", "-silent", "-window", window, *crop, text=False)
+        board = "1170x500+{}+{}".format(*self.point_at(49, 205))
+        picture = run("import", "-silent", "-window", "root", "-crop", board, "-depth", "8", "rgb:-", text=False)
         strips = [picture[at : at + 3 * 78] for at in range(0, len(picture), 3 * 78)]
         red = [i for i, strip in enumerate(strips) if b"\xff\0\0" in strip]
         return sorted({i // 1500 * 15 + i % 15 + 1 for i in red})
+
+    def play(self, actions, windows, red, said=()):
+        self.do(actions)
+        self.wait_for(list(said), lambda: self.said.read_text().splitlines(), actions)
+        self.wait_for(windows, self.windows, actions)
+        if not windows:  # the main one is in front again
+            self.wait_for(["Vellomir"], lambda: xdotool("getactivewindow", "getwindowname"), actions)
+        if red:
+            self.wait_for(red, self.red_numbers, actions)
 
     def test_a_game_with_everything(self):
         run("wine", "reg", "add", SPEECH, "/ve", "/d", f"Z:{self.home}/voice.dll", "/f")
@@ -134,17 +149,30 @@ class Play(unittest.TestCase):
         said = []
         for actions, windows, red, phrases in STORY:
             said += phrases
-            self.do(actions)
-            self.wait_for(said, lambda: self.said.read_text().splitlines(), actions)
-            self.wait_for(windows, self.windows, actions)
-            if not windows:  # the main one is in front again
-                self.wait_for(["Vellomir"], lambda: xdotool("getactivewindow", "getwindowname"), actions)
-            if red:
-                self.wait_for(red, self.red_numbers, actions)
+            self.play(actions, windows, red, said)
         self.end()
         settings = b"[Options]\r\nAutoCallTm=18\r\nFontSz=33\r\n"
         self.assertEqual(self.ini.read_bytes(), b"[Other]\r\nName=\xfc\r\n" + settings)
         self.assertEqual(self.profile("FontSz"), "33")
+
+    def test_the_game_goes_on(self):
+        """Where settings cannot be kept, and with Wine's own speech service, which cannot speak."""
+        run("wine", "reg", "add", SPEECH, "/ve", "/d", r"C:\windows\system32\Speech\Common\sapi.dll", "/f")
+        faults = {
+            "the settings file is a folder": (lambda: self.ini.mkdir(parents=True), self.ini.is_dir, []),
+            "the settings folder is a file": (self.ini.parent.touch, self.ini.parent.is_file, []),
+            "there is no AppData": (lambda: None, lambda: not self.ini.exists(), ["cmd", "/c", "set AppData=&&"]),
+        }
+        for fault, (prepare, is_as_it_was, through) in faults.items():
+            with self.subTest(fault):
+                self.setUp()
+                prepare()
+                self.start(*through)
+                self.play("", "Run-Time Error", None)
+                self.play("Return", "", None)
+                self.play(":5 Return", "", [5])
+                self.end()
+                self.assertTrue(is_as_it_was())
 
 
 if __name__ == "__main__":

@@ -2,38 +2,29 @@
 // as "VOICE RATE BOUNDARY FLAGS TEXT", and reports its begin at once and its end a little later. It refuses
 // "Gee, 48".
 
-#define CINTERFACE // tables of functions in place of classes: most of their places take one and the same
+#define CINTERFACE // tables of functions in place of classes: most of them do nothing
 #include <windows.h>
 
 #include <sapi.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
-#include <cstdlib>
-#include <deque>
-#include <mutex>
 #include <string>
 
 namespace {
 
-HRESULT STDMETHODCALLTYPE refuse(void *)
+HRESULT STDMETHODCALLTYPE doNothing(void *)
 {
-    return E_NOTIMPL;
-}
-
-ULONG STDMETHODCALLTYPE keep(void *)
-{
-    return 1;
+    return S_OK;
 }
 
 template <typename Table>
-Table tableThatRefuses()
+Table tableOfNothing()
 {
     Table table;
     std::fill_n(reinterpret_cast<void **>(&table), sizeof table / sizeof(void *),
-                reinterpret_cast<void *>(refuse));
-    table.AddRef = reinterpret_cast<decltype(table.AddRef)>(keep);
-    table.Release = reinterpret_cast<decltype(table.Release)>(keep);
+                reinterpret_cast<void *>(doNothing));
     return table;
 }
 
@@ -43,20 +34,19 @@ struct Voice : ISpVoice
     long rate = 0;
     int boundary = 0;
     HANDLE news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    std::mutex mutex;
-    std::deque<SPEVENTENUM> events;
-
-    void tell(SPEVENTENUM event)
-    {
-        const std::lock_guard lock(mutex);
-        events.push_back(event);
-        SetEvent(news);
-    }
+    std::atomic<int> begun = 0;
+    std::atomic<int> ended = 0;
 };
 
-Voice *self(ISpVoice *voice)
+Voice &self(ISpVoice *voice)
 {
-    return static_cast<Voice *>(voice);
+    return static_cast<Voice &>(*voice);
+}
+
+void CALLBACK end(void *voice, BOOLEAN)
+{
+    ++static_cast<Voice *>(voice)->ended;
+    SetEvent(static_cast<Voice *>(voice)->news);
 }
 
 HRESULT STDMETHODCALLTYPE speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
@@ -66,23 +56,23 @@ HRESULT STDMETHODCALLTYPE speak(ISpVoice *voice, const wchar_t *text, DWORD flag
     if (std::wstring(text) == L"Gee, 48")
         return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
     FILE *said = _wfopen(_wgetenv(L"VELLOMIR_SAID"), L"a");
-    std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice)->name.c_str(), self(voice)->rate,
-                 self(voice)->boundary, flags, text);
+    std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice).name.c_str(), self(voice).rate,
+                 self(voice).boundary, flags, text);
     std::fclose(said);
-    self(voice)->tell(SPEI_START_INPUT_STREAM);
+    ++self(voice).begun;
+    SetEvent(self(voice).news);
     HANDLE timer = nullptr;
-    const auto end = [](void *of, BOOLEAN) { static_cast<Voice *>(of)->tell(SPEI_END_INPUT_STREAM); };
-    CreateTimerQueueTimer(&timer, nullptr, end, self(voice), 300, 0, WT_EXECUTEONLYONCE);
+    CreateTimerQueueTimer(&timer, nullptr, end, voice, 300, 0, WT_EXECUTEONLYONCE);
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
 {
-    const std::lock_guard lock(self(voice)->mutex);
-    if (self(voice)->events.empty())
+    std::atomic<int> &first = self(voice).begun > 0 ? self(voice).begun : self(voice).ended;
+    if (first == 0)
         return S_FALSE;
-    event->eEventId = self(voice)->events.front();
-    self(voice)->events.pop_front();
+    --first;
+    event->eEventId = &first == &self(voice).begun ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
     return S_OK;
 }
 
@@ -90,22 +80,18 @@ HRESULT STDMETHODCALLTYPE setVoice(ISpVoice *voice, ISpObjectToken *token)
 {
     wchar_t *id = nullptr;
     token->lpVtbl->GetId(token, &id);
-    self(voice)->name = std::wstring(id).substr(std::wstring(id).rfind(L'\\') + 1);
+    self(voice).name = std::wstring(id).substr(std::wstring(id).rfind(L'\\') + 1);
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE make(IClassFactory *, IUnknown *, REFIID, void **made)
+HRESULT STDMETHODCALLTYPE makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
 {
-    static ISpVoiceVtbl table = tableThatRefuses<ISpVoiceVtbl>();
-    table.SetInterest = [](ISpVoice *, ULONGLONG, ULONGLONG) -> HRESULT { return S_OK; };
-    table.SetNotifyWin32Event = [](ISpVoice *) -> HRESULT { return S_OK; };
-    table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice)->news; };
+    static ISpVoiceVtbl table = tableOfNothing<ISpVoiceVtbl>();
+    table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
     table.GetEvents = getEvents;
     table.SetVoice = setVoice;
-    table.SetRate = [](ISpVoice *voice, long rate) -> HRESULT { return self(voice)->rate = rate, S_OK; };
-    table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM boundary) -> HRESULT {
-        return self(voice)->boundary = boundary, S_OK;
-    };
+    table.SetRate = [](ISpVoice *voice, long rate) { return self(voice).rate = rate, S_OK; };
+    table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM at) { return self(voice).boundary = at, S_OK; };
     table.Speak = speak;
     auto *voice = new Voice;
     voice->lpVtbl = &table;
@@ -117,8 +103,8 @@ HRESULT STDMETHODCALLTYPE make(IClassFactory *, IUnknown *, REFIID, void **made)
 
 extern "C" __declspec(dllexport) HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, void **made)
 {
-    static IClassFactoryVtbl table = tableThatRefuses<IClassFactoryVtbl>();
-    table.CreateInstance = make;
+    static IClassFactoryVtbl table = tableOfNothing<IClassFactoryVtbl>();
+    table.CreateInstance = makeVoice;
     static IClassFactory factory{&table};
     *made = &factory;
     return S_OK;
