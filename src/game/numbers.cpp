@@ -9,6 +9,11 @@ QString currentLabel(int n)
     return isNumber(n) ? letterOf(n) + QString::number(n) : QString();
 }
 
+QString spokenLabel(int n)
+{
+    return QStringLiteral("%1 %2").arg(letterOf(n)).arg(n);
+}
+
 QString pastEntry(int n)
 {
     return isNumber(n) ? currentLabel(n).leftJustified(cellWidth) : QString();
