@@ -1,6 +1,7 @@
 #include "sapi_engine.h"
 
 #include "error.h"
+#include "system_engine.h"
 
 #include <sphelper.h>
 
@@ -28,6 +29,11 @@ QString descriptionOf(ISpObjectToken *token)
 }
 
 } // namespace
+
+std::unique_ptr<SpEngine> makeSystemEngine()
+{
+    return std::make_unique<SapiEngine>();
+}
 
 SapiEngine::SapiEngine()
 {

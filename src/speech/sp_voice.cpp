@@ -1,7 +1,5 @@
 #include "sp_voice.h"
 
-#include "system_engine.h"
-
 #include <QEventLoop>
 #include <QRegularExpression>
 
@@ -10,12 +8,6 @@
 namespace speech {
 
 namespace {
-
-SpEngineFactory &systemEngine()
-{
-    static SpEngineFactory factory = makeSystemEngine;
-    return factory;
-}
 
 /// A comma before a digit is a decimal comma in many languages, and makes no pause. With a blank it does.
 QString withPauses(QString text)
@@ -28,7 +20,7 @@ QString withPauses(QString text)
 
 SpVoice::SpVoice(QObject *parent)
     // The first window is painted before a service that has to be started competes with it.
-    : SpVoice(systemEngine(), {.beforeOpening = std::chrono::milliseconds(150)}, parent)
+    : SpVoice(s_systemEngine, {.beforeOpening = std::chrono::milliseconds(150)}, parent)
 {
 }
 
@@ -40,11 +32,6 @@ SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject
     m_pingTimer.setInterval(m_timeouts.ping);
     connect(&m_pingTimer, &QTimer::timeout, this, &SpVoice::ping);
     openEngine();
-}
-
-void SpVoice::setSystemEngine(SpEngineFactory makeEngine)
-{
-    systemEngine() = std::move(makeEngine);
 }
 
 // ---- The queue ----

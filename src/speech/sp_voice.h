@@ -2,6 +2,7 @@
 
 #include "error.h"
 #include "sp_engine.h"
+#include "system_engine.h"
 
 #include <QTimer>
 #include <QVariant>
@@ -42,7 +43,7 @@ public:
     SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent = nullptr);
 
     /// For tests: what voices made from now on speak through, instead of the system's service.
-    static void setSystemEngine(SpEngineFactory makeEngine);
+    static void setSystemEngine(SpEngineFactory makeEngine) { s_systemEngine = std::move(makeEngine); }
 
     /// True while any voice is in a Speak that waits.
     static bool isWaiting() { return s_waiting > 0; }
@@ -102,6 +103,7 @@ private:
     int m_unanswered = 0; ///< pings since the last sign of life
 
     static inline int s_waiting = 0;
+    static inline SpEngineFactory s_systemEngine = makeSystemEngine;
 };
 
 } // namespace speech

@@ -1,6 +1,7 @@
 #include "ssip_engine.h"
 
 #include "error.h"
+#include "system_engine.h"
 #include "voice_language.h"
 
 #include <QFile>
@@ -90,6 +91,11 @@ QByteArray dataLines(const QString &text)
 }
 
 } // namespace
+
+std::unique_ptr<SpEngine> makeSystemEngine()
+{
+    return std::make_unique<SsipEngine>();
+}
 
 SsipEngine::SsipEngine()
     : m_address(socketPath())

@@ -4,7 +4,8 @@
 
 namespace speech {
 
-/// Makes an engine for this system's speech service. Throws Error when none is installed.
+/// Makes the engine for this system's speech service: SsipEngine, on Windows SapiEngine. Throws Error when no
+/// service is installed.
 std::unique_ptr<SpEngine> makeSystemEngine();
 
 } // namespace speech
