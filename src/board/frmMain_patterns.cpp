@@ -52,7 +52,7 @@ void frmMain::showPattern(const Pattern &pattern)
 void frmMain::applyShadow(const Pattern &pattern)
 {
     for (int n = 1; n <= game::numberCount; ++n) {
-        if (pattern.shadow.covers(n))
+        if (pattern.shadows(n))
             markNumber(n, true);
     }
 }

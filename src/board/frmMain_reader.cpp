@@ -42,8 +42,8 @@ void frmMain::sayPattern(int id)
 {
     const QString caption = cDemoButt[id]->text();
     QStringList columns;
-    for (const char16_t letter : patterns::pattern(id).shadow.letters())
-        columns += QChar(letter);
+    for (const QChar letter : patterns::pattern(id).shadow)
+        columns += letter;
     if (iCurPattern != id)
         m_announcer->say(caption + QStringLiteral(" put away"));
     else if (columns.isEmpty() || !mnuShaddow->isChecked())

@@ -3,9 +3,6 @@
 #include "from_one.h"
 #include "numbers.h"
 
-#include <cstdint>
-#include <string_view>
-
 /// The winning patterns that the program knows. A pattern's cells are drawn as on the card: five rows of
 /// five, the top row first, X for a lit cell and a full stop for an unlit one. A drawing that is no card does
 /// not compile.
@@ -23,24 +20,21 @@ public:
 
     consteval Grid(const char (&drawing)[cellCount + cardSide])
     {
-        int cell = 0;
         for (int i = 0; i < cellCount + cardSide - 1; ++i) {
+            const int rowsAbove = i / (cardSide + 1);
             const bool isBlank = i % (cardSide + 1) == cardSide;
             if (isBlank ? drawing[i] != ' ' : drawing[i] != 'X' && drawing[i] != '.')
                 throw "a drawing is five groups of X and full stop with a blank between them";
-            if (isBlank)
-                continue;
-            if (drawing[i] == 'X')
-                m_lit |= 1U << cell;
-            ++cell;
+            if (!isBlank)
+                m_lit[i - rowsAbove + 1] = drawing[i] == 'X';
         }
     }
 
     /// `cell` is 1 to 25.
-    constexpr bool lit(int cell) const { return (m_lit >> (cell - 1) & 1U) != 0; }
+    constexpr bool lit(int cell) const { return m_lit[cell]; }
 
 private:
-    std::uint32_t m_lit = 0;
+    game::FromOne<bool, cellCount> m_lit{};
 };
 
 /// The forms of a pattern, one after the other: one for a static pattern, several for an animated one.
@@ -68,37 +62,18 @@ private:
     int m_count;
 };
 
-/// The board columns that a pattern takes out of play, as their letters. They are not derived from the cells:
-/// a column in which a pattern lights no cell, or only the centre, need not be shadowed.
-class Shadow
-{
-public:
-    consteval Shadow(std::u16string_view letters = {})
-        : m_letters(letters)
-    {
-        if (letters.find_first_not_of(game::columnLetters) != std::u16string_view::npos)
-            throw "a shadow names columns by their letters";
-    }
-
-    constexpr std::u16string_view letters() const { return m_letters; }
-    /// `n` is 1 to 75.
-    constexpr bool covers(int n) const
-    {
-        return m_letters.find(game::columnLetter(game::columnOf(n))) != std::u16string_view::npos;
-    }
-
-private:
-    std::u16string_view m_letters;
-};
-
 struct Pattern
 {
     int id;
     const char *caption;
     Frames frames;
-    Shadow shadow;
+    /// The letters of the columns that the pattern takes out of play. They are not derived from the cells: a
+    /// column in which a pattern lights no cell, or only the centre, need not be shadowed.
+    QStringView shadow;
 
     constexpr bool animated() const { return frames.count() > 1; }
+    /// `n` is 1 to 75.
+    bool shadows(int n) const { return shadow.contains(game::letterOf(n)); }
 };
 
 /// The pattern of that id, 1 to 21.
