@@ -56,8 +56,7 @@ void SpVoice::waitFor(int number)
         if (m_streams.empty() || m_streams.front().number > number)
             loop.quit();
     };
-    connect(this, &SpVoice::EndStream, &loop, quitWhenGone);
-    connect(this, &SpVoice::Failed, &loop, quitWhenGone);
+    connect(this, &SpVoice::queueShortened, &loop, quitWhenGone);
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     ++s_waiting;
     loop.exec();
@@ -79,8 +78,8 @@ void SpVoice::speakFirst()
     const Stream &first = m_streams.front();
     const qsizetype voice = first.voice.value_or(0);
     if (voice < 0 || voice >= m_voices->size()) {
-        signalFailure({SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(voice + 1)});
         m_streams.pop_front();
+        signalFailure({SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(voice + 1)});
         post([this] { speakNext(); });
     } else {
         m_speaking = true;
@@ -108,6 +107,7 @@ void SpVoice::endFirst()
 {
     const Stream first = m_streams.front();
     m_streams.pop_front();
+    Q_EMIT queueShortened({});
     post([this, first] {
         speakNext();
         Q_EMIT EndStream(first.number, first.text.size());
@@ -116,6 +116,7 @@ void SpVoice::endFirst()
 
 void SpVoice::signalFailure(const files::Error &error)
 {
+    Q_EMIT queueShortened({});
     post([this, error] { Q_EMIT Failed(error.number, error.description); });
 }
 
@@ -150,14 +151,15 @@ void SpVoice::engineOpened(const QStringList &voices)
 
 void SpVoice::engineFailed(const files::Error &error)
 {
-    if (!m_voices || !m_streams.empty())
-        signalFailure(error);
     m_pingTimer.stop();
-    m_voices.reset();
-    m_streams.clear();
     m_speaking = false;
     m_engine->disconnect(this);
     m_engine.release()->deleteLater(); // This may be a call from inside it.
+    const bool isNoticed = !m_voices || !m_streams.empty();
+    m_voices.reset();
+    m_streams.clear();
+    if (isNoticed)
+        signalFailure(error);
 }
 
 void SpVoice::startTimeout(std::chrono::milliseconds time)

@@ -67,6 +67,7 @@ Q_SIGNALS:
     void EndStream(int StreamNumber, const QVariant &StreamPosition);
     /// Texts were lost, or the service could not be opened although no text wanted it yet.
     void Failed(int number, const QString &description);
+    void queueShortened(QPrivateSignal);
 
 private:
     struct Stream : SpText
