@@ -23,8 +23,7 @@ QIcon programIcon()
     return icon;
 }
 
-/// Where no window can be opened: one line in place of Qt's several, and no abort. Lesser messages are
-/// dropped.
+/// Where no window can be opened: one line in place of Qt's several, and no abort.
 void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
 {
     if (type != QtFatalMsg)

@@ -65,12 +65,9 @@ void endWith(frmMain *window)
 /// The folder of the programs' settings folders: "AppData" where that is set, else the desktop's.
 QString settingsBaseFolder()
 {
-    QString folder = qEnvironmentVariable("AppData");
-    if (folder.isEmpty()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-        QDir().mkpath(folder);
-    }
-    return folder;
+    const QString appData = qEnvironmentVariable("AppData");
+    return appData.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                             : appData;
 }
 
 /// The file name of the running program without its extension.
@@ -110,7 +107,7 @@ void Main()
     const QString name = QDir::separator() + executableName();
     const QString folder = settingsBaseFolder() + name;
     if (!DirExists(folder))
-        QDir().mkdir(folder);
+        QDir().mkpath(folder);
     SettingsPath = folder + name + QStringLiteral(".ini");
     LoadSettings(*window);
     board = window;

@@ -15,14 +15,12 @@ extern QString SettingsPath;
 /// The voice and the speed of the spoken calls.
 extern voice::VoiceChoice Voice;
 
-/// Makes the main window, finds the settings, draws the empty board and shows the window, which lives until
-/// the program ends.
+/// Makes the main window, loads the settings, draws the empty board and shows the window.
 void Main();
 
 bool DirExists(const QString &path);
 
-/// Puts the stored settings into the main window's two boxes. What is not stored stays as the window was
-/// made.
+/// Puts the stored settings into the main window's two boxes. What is not stored stays as it is.
 void LoadSettings(frmMain &window);
 /// Writes the texts of the two boxes, as they stand, into the settings file. A failure is not reported.
 void SaveSettings(const frmMain &window);

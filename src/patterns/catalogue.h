@@ -3,9 +3,8 @@
 #include "from_one.h"
 #include "numbers.h"
 
-/// The winning patterns that the program knows. A pattern's cells are drawn as on the card: five rows of
-/// five, the top row first, X for a lit cell and a full stop for an unlit one. A drawing that is no card does
-/// not compile.
+/// The winning patterns. Their cells are drawn as on the card: five rows of five, the top row first, X for a
+/// lit cell and a full stop for an unlit one. A drawing that is no card does not compile.
 namespace patterns {
 
 inline constexpr int cardSide = 5;

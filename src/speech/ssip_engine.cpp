@@ -74,12 +74,6 @@ QByteArray loginName()
     return user ? user->pw_name : "user";
 }
 
-/// espeak-ng lists each voice once more with every timbre: "English (America)+Annie", language, "Annie".
-bool isTimbre(const QByteArray &name, const QByteArray &variant)
-{
-    return !variant.isEmpty() && name.endsWith('+' + variant);
-}
-
 /// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
 /// with a point alone ends it all.
 QByteArray dataLines(const QString &text)
@@ -201,12 +195,14 @@ void SsipEngine::listVoices(QList<QByteArray> modules)
     });
 }
 
-/// A line is name, language and variant with tabs between them. A refusal has no lines.
+/// A line is name, language and variant with tabs between them. A refusal has no lines. espeak-ng lists each
+/// voice once more with every timbre: "English (America)+Annie", language, "Annie".
 void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &lines)
 {
     for (const QByteArray &line : lines) {
         const QList<QByteArray> fields = line.split('\t');
-        if (!isTimbre(fields[0], fields.value(2)))
+        const QByteArray timbre = '+' + fields.value(2);
+        if (timbre == "+" || !fields[0].endsWith(timbre))
             m_voices.append({module, fields[0], QString::fromUtf8(fields.value(1))});
     }
 }

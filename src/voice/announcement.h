@@ -13,8 +13,8 @@ struct VoiceChoice
     int VoiceRate = 0;
 };
 
-/// What is said of the calls: two phrases each, the second when the first has been spoken, by the voice that
-/// the operator chose. It does not know the board, and shows no failure: it throws or signals it.
+/// Says two phrases of each call, the second when the first has been spoken, by the voice that the operator
+/// chose. It does not know the board, and shows no failure: it throws or signals it.
 class Announcement : public QObject
 {
     Q_OBJECT

@@ -7,8 +7,8 @@
 class QListWidget;
 class QSlider;
 
-/// The window in which the operator chooses a voice and a speed, -10 to 10, for the spoken calls. It shows
-/// nothing of the choice in force, and changes it only when cSave is pressed.
+/// Chooses a voice and a speed, -10 to 10, for the spoken calls. It shows nothing of the choice in force, and
+/// changes it only when cSave is pressed.
 class frmVoices : public QWidget
 {
     Q_OBJECT
@@ -17,8 +17,7 @@ public:
     /// `choice` must outlive the window.
     frmVoices(voice::VoiceChoice &choice, QWidget *owner);
 
-    /// Opens the speech service, which fills the list as soon as it answers. Says so over the window when
-    /// there is none or it fails.
+    /// Opens the speech service, which fills the list as soon as it answers. Reports its failures.
     void Form_Load();
 
 private:

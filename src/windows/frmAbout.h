@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-/// Names the program, its version and its publisher, and leads to the publisher's web site. It closes itself
-/// for good: each showing is a window of its own.
+/// Names the program, its version and its publisher, and leads to the publisher's web site.
 class frmAbout : public QWidget
 {
     Q_OBJECT

@@ -108,16 +108,15 @@ void frmBingo::Timer1_Timer()
     Timer1->setInterval(250);
     RTB1->setFontSize(lineBreak, 100.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);
-    if (!bFlash) {
+    bFlash = !bFlash;
+    if (bFlash) {
         RTB1->setColor(word, colors::white);
-        bFlash = true;
     } else {
-        bFlash = false;
         if (iFlashStep > 0) {
             setWord(steps[iFlashStep].points);
             RTB1->setColor(word, steps[iFlashStep].color);
         }
-        iFlashStep = iFlashStep == lastStep ? 1 : iFlashStep + 1;
+        iFlashStep = iFlashStep % lastStep + 1;
     }
     Text1->setFocus();
 }

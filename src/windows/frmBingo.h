@@ -9,12 +9,9 @@ class RichTextBox;
 class TextBox;
 } // namespace controls
 
-/// The announcement that is laid over the main window when a player claims BINGO: the word in very large
-/// letters that pulse and change their colour until the window is clicked. It has no border and knows nothing
-/// of the game. A size of its letters is in points; letters that are too wide for the window are narrowed.
-///
-/// White and a colour take turns every 250 ms, two flashes a second: never faster, for the sake of people
-/// whom quicker flashes can make ill.
+/// The word BINGO in very large letters, laid over the main window, that pulse and change their colour until
+/// the window is clicked. Sizes of letters are in points; letters too wide for the window are narrowed.
+/// White and a colour take turns every 250 ms: never faster, since quicker flashes can make people ill.
 class frmBingo : public QWidget
 {
     Q_OBJECT
@@ -36,7 +33,7 @@ private:
     void Timer1_Timer();
     void RTB1_Click();
 
-    bool bFlash = false; // the next tick shows white
+    bool bFlash = false; // the word is white
     int iFlashStep = 0;  // 0 to 6
     double m_points = 0.0;
     controls::RichTextBox *RTB1 = nullptr;

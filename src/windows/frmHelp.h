@@ -6,8 +6,7 @@ class QAction;
 class QPrinter;
 class QTextEdit;
 
-/// Shows the help text, and prints it. It closes itself for good: each showing is a window of its own, which
-/// reads the text afresh.
+/// Shows the help text, and prints it.
 class frmHelp : public QMainWindow
 {
     Q_OBJECT
