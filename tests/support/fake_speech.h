@@ -1,0 +1,57 @@
+#pragma once
+
+#include "error.h"
+#include "sp_voice.h"
+
+#include <QPointer>
+
+/// A speech service that notes what it is given and does what the test tells it to. It must outlive the voices
+/// that speak through factory().
+struct FakeSpeech
+{
+    struct Engine : speech::SpEngine
+    {
+        explicit Engine(FakeSpeech &owner)
+            : service(owner)
+        {
+        }
+        void open() override
+        {
+            if (service.opens)
+                Q_EMIT opened({{"Ann", "de-DE"}, {"Bob", "en-US"}, {"Cid", "fr-FR"}});
+        }
+        void speak(const speech::SpText &text) override
+        {
+            service.spoken += QString("%1 %2 %3").arg(text.text).arg(text.voice).arg(text.rate);
+            if (service.speaksByItself) {
+                QTimer::singleShot(0, this, &Engine::begun);
+                QTimer::singleShot(0, this, &Engine::ended);
+            }
+        }
+        void ping() override
+        {
+            ++service.pings;
+            if (service.isAlive)
+                Q_EMIT alive();
+        }
+        FakeSpeech &service;
+    };
+
+    speech::SpEngineFactory factory()
+    {
+        return [this]() -> std::unique_ptr<speech::SpEngine> {
+            if (!isInstalled)
+                throw files::Error(speech::SpNotInstalled, "No speech service is installed.");
+            engine = new Engine(*this);
+            return std::unique_ptr<speech::SpEngine>(engine);
+        };
+    }
+
+    bool isInstalled = true;
+    bool opens = true;          ///< false: open() is never answered
+    bool isAlive = true;        ///< false: ping() is never answered
+    bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
+    QStringList spoken;         ///< "text voice rate" of each
+    int pings = 0;
+    QPointer<Engine> engine; ///< the last one made
+};
