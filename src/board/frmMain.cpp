@@ -20,6 +20,7 @@ using controls::control;
 
 frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
+    , m_announcement(voice)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
@@ -45,8 +46,7 @@ void frmMain::buildControls()
     setCentralWidget(m_client);
     controls::buildDesign(mainDesign::controls(), m_client);
 
-    m_cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
-    m_tDemo[1] = control<controls::ColorBox>(m_client, "tDemo(1)");
+    cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
     RTB1 = control<controls::RichTextBox>(m_client, "RTB1");
     RTB2 = control<controls::RichTextBox>(m_client, "RTB2");
     RTB3 = control<controls::RichTextBox>(m_client, "RTB3");
@@ -83,8 +83,8 @@ void frmMain::buildPatternButtons()
 {
     for (int i = 1; i <= patterns::patternCount; ++i) {
         QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
-        button->setObjectName(controlName("cDemoButt", i));
-        m_cDemoButt[static_cast<std::size_t>(i)] = static_cast<QPushButton *>(button);
+        button->setObjectName(QStringLiteral("cDemoButt(%1)").arg(i));
+        cDemoButt[i] = static_cast<QPushButton *>(button);
     }
 }
 
@@ -149,13 +149,8 @@ void frmMain::setTabOrderOfDesign()
             stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
     }
     for (int i = 1; i <= patterns::patternCount; ++i)
-        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt(i)});
+        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt[i]});
     std::sort(stops.begin(), stops.end(), [](const Stop &a, const Stop &b) { return a.tab < b.tab; });
     for (std::size_t i = 1; i < stops.size(); ++i)
         setTabOrder(stops[i - 1].widget, stops[i].widget);
-}
-
-QString frmMain::controlName(const char *array, int index) const
-{
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(array)).arg(index);
 }

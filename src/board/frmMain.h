@@ -1,31 +1,22 @@
 #pragma once
 
-#include "error.h"
+#include "announcement.h"
+#include "card.h"
 
 #include <QCheckBox>
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
 
-#include <array>
 #include <cstdint>
-#include <memory>
-#include <optional>
 
 class QAction;
 class QTimer;
 class frmBingo;
 class frmHelp;
 class frmVoices;
-struct VoiceChoice;
-
-namespace patterns {
-class Grid;
-struct Pattern;
-} // namespace patterns
 
 namespace controls {
-class ColorBox;
 class ColorButton;
 class ComboBox;
 class Label;
@@ -33,9 +24,9 @@ class RichTextBox;
 class TextBox;
 } // namespace controls
 
-namespace speech {
-class SpVoice;
-} // namespace speech
+namespace files {
+struct Error;
+} // namespace files
 
 /// The caller's board: the record of the game and the window that shows it. Everything that changes the game
 /// is a member of this class; the sections below are named after the files that hold their members.
@@ -59,7 +50,6 @@ private:
     QTimer *buildTimer(const char *name, int milliseconds);
     void setDesignFonts();
     void setTabOrderOfDesign();
-    QString controlName(const char *array, int index) const;
 
     QWidget *m_client = nullptr;
     controls::Label *lblCallCnt = nullptr;
@@ -121,16 +111,15 @@ private:
 public:
     void BuildButts();
     /// True when number `n`, 1 to 75, is called or shadowed.
-    bool isCalled(int n) const { return iCalled.at(static_cast<std::size_t>(n)) != 0; }
+    bool isCalled(int n) const { return iCalled[n] != 0; }
 
 private:
     /// The one writer of the called flag and the button's colour, which always agree.
     void markNumber(int n, bool called);
     void markAll(bool called);
-    controls::ColorButton *cButt(int n) const { return m_cButt[static_cast<std::size_t>(n)]; }
 
-    std::array<std::int16_t, 76> iCalled{}; // 1 to 75: 1 called or shadowed, 0 not
-    std::array<controls::ColorButton *, 76> m_cButt{};
+    game::FromOne<std::int16_t, game::numberCount> iCalled{}; // 1 called or shadowed, 0 not
+    game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
 
     // ---- board/frmMain_calls.cpp: calling and un-calling a number --------------------------------
 public:
@@ -154,13 +143,13 @@ public:
     void EditBoard();
     void editLastPress(int iButt);
     /// The last calls, `k` from 1, the newest, to 5; 0 where there is none.
-    int lastCall(int k) const { return iLastCalls.at(static_cast<std::size_t>(k)); }
+    int lastCall(int k) const { return iLastCalls[k]; }
 
 private:
     void drawLetters();
     void drawButtonLetters();
 
-    std::array<std::int16_t, 6> iLastCalls{}; // 1 to 5, the newest first; 0 an empty slot
+    game::FromOne<std::int16_t, 5> iLastCalls{}; // the newest first; 0 an empty slot
     controls::RichTextBox *RTB1 = nullptr;
     controls::RichTextBox *RTB2 = nullptr;
     controls::RichTextBox *RTB3 = nullptr;
@@ -195,57 +184,42 @@ private:
     int iAutoCallLeft = 0; // ticks to the next automatic draw
     QTimer *Timer2 = nullptr;
 
-    // ---- board/frmMain_speech.cpp: announcing a call, and the choice of a voice ------------------
+    // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
 private:
-    void createVoice();
     void Speak(const QString &text);
     void V_EndStream(int StreamNumber, const QVariant &StreamPosition);
-    void mnuSpeak_Click();
+    void ReportError(const files::Error &error);
 
-    VoiceChoice &m_voiceChoice;
-    std::unique_ptr<speech::SpVoice> V; // null where no speech service is installed
-    int iSayCount = 0;                  // 2 while a follow-up is being spoken, else 1
-    QString sCallPhrase;                // what is being said of the current call
-    QPointer<frmVoices> m_frmVoices;
+    voice::Announcement m_announcement;
 
-    // ---- board/frmMain_errors.cpp: reporting a failure ---------------------------------------------
-private:
-    void ReportError();
-
-    std::optional<files::Error> m_pendingError;
-
-    // ---- board/frmMain_card.cpp: the pattern card ---------------------------------------------
+    // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
 public:
     void BuildDemo();
 
 private:
     void tDemo_Click(int Index);
-    void paintCell(int index, bool lit);
-    void paintCard(const patterns::Grid &grid);
-    controls::ColorBox *tDemo(int index) const { return m_tDemo[static_cast<std::size_t>(index)]; }
-
-    std::array<controls::ColorBox *, 26> m_tDemo{}; // 1 to 25
-
-    // ---- board/frmMain_patterns.cpp: selection, animation and shadow of a pattern -------------
-private:
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
     void cDemoButt_Click(int Index);
     void Timer1_Timer();
     void selectPattern(int id);
+    void showPattern(const patterns::Pattern &pattern);
     void applyShadow(const patterns::Pattern &pattern);
-    QPushButton *cDemoButt(int index) const { return m_cDemoButt[static_cast<std::size_t>(index)]; }
 
-    int iCurPattern = 0;                         // 0 for none
-    int iPatternFrame = 0;                       // what the next tick draws, from 1
-    std::array<QPushButton *, 22> m_cDemoButt{}; // 1 to 21
+    patterns::Card *m_card = nullptr;
+    int iCurPattern = 0;   // 0 for none
+    int iPatternFrame = 0; // what the next tick draws, from 1
+    game::FromOne<QPushButton *, patterns::patternCount> cDemoButt{};
     QTimer *Timer1 = nullptr;
 
-    // ---- board/frmMain_windows.cpp: the windows beside this one --------------------------------
+    // ---- board/frmMain_windows.cpp: the windows beside this one ----------------------------------
 private:
+    void mnuSpeak_Click();
     void mnuHelp_Click();
     void mnuAbout_Click();
     void closeWindows();
 
-    QPointer<frmHelp> m_help; // null while closed
+    VoiceChoice &m_voiceChoice;
+    QPointer<frmVoices> m_frmVoices; // each is null while closed
+    QPointer<frmHelp> m_help;
     QPointer<QWidget> m_about;
 };

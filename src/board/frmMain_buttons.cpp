@@ -15,25 +15,24 @@ void frmMain::BuildButts()
             const int left =
                 first.left + (n - 1) % game::numbersPerColumn * (first.width + mainDesign::buttonGap);
             const int top = first.top + game::columnOf(n) * (first.height + mainDesign::buttonGap);
-            auto *button = new controls::ColorButton(m_client);
-            button->setObjectName(controlName("cButt", n));
-            button->setText(QString::number(n));
+            cButt[n] = new controls::ColorButton(m_client);
+            cButt[n]->setObjectName(QStringLiteral("cButt(%1)").arg(n));
+            cButt[n]->setText(QString::number(n));
             const QPoint place(controls::pixels(left, dpi), controls::pixels(top, dpi));
-            button->setGeometry({place, cButt(1)->size()});
-            m_cButt[static_cast<std::size_t>(n)] = button;
-            setTabOrder(cButt(n - 1), button);
+            cButt[n]->setGeometry({place, cButt[1]->size()});
+            setTabOrder(cButt[n - 1], cButt[n]);
         }
-        connect(cButt(n), &QPushButton::clicked, this, [this, n] { cButt_Click(n); });
+        cButt[n]->setAccessibleName(QStringLiteral("%1 %2").arg(game::letterOf(n)).arg(n));
+        connect(cButt[n], &QPushButton::clicked, this, [this, n] { cButt_Click(n); });
         markNumber(n, false);
     }
 }
 
 void frmMain::markNumber(int n, bool called)
 {
-    iCalled[static_cast<std::size_t>(n)] = called ? 1 : 0;
-    cButt(n)->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
-    cButt(n)->setAccessibleName(QChar(game::columnLetter(game::columnOf(n))) + QStringLiteral(" %1").arg(n));
-    cButt(n)->setAccessibleDescription(called ? QStringLiteral("called") : QStringLiteral("not called"));
+    iCalled[n] = called ? 1 : 0;
+    cButt[n]->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
+    cButt[n]->setAccessibleDescription(called ? QStringLiteral("called") : QStringLiteral("not called"));
 }
 
 void frmMain::markAll(bool called)

@@ -2,13 +2,12 @@
 
 #include "controls.h"
 #include "message_box.h"
-#include "phrases.h"
 
 #include <QCoreApplication>
 
 void frmMain::cButt_Click(int Index)
 {
-    if (iCalled[static_cast<std::size_t>(Index)] != 0)
+    if (isCalled(Index))
         uncallNumber(Index);
     else
         callNumber(Index);
@@ -34,10 +33,8 @@ void frmMain::callNumber(int n)
     editLastPress(n);
     // All that waits to be painted is painted now, before anything is spoken.
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
-    if (chkMakeVoiceCall->isChecked()) {
-        sCallPhrase = voice::firstPhrase(n);
-        Speak(sCallPhrase);
-    }
+    if (chkMakeVoiceCall->isChecked())
+        Speak(m_announcement.firstPhrase(n));
 }
 
 void frmMain::showCount()

@@ -14,9 +14,8 @@ inline constexpr int leastClientHeight = 8215;
 inline constexpr int boardRightMargin = 195;
 inline constexpr int boardBottomMargin = 150;
 
-/// Twips between neighbouring number buttons, and between neighbouring cells of the pattern card.
+/// Twips between neighbouring number buttons.
 inline constexpr int buttonGap = 45;
-inline constexpr int cellGap = 10;
 
 struct DisplayFont
 {

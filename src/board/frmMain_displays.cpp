@@ -54,7 +54,7 @@ void frmMain::EditBoard()
     QTextCursor edit(RTB2->document());
     edit.beginEditBlock();
     for (int n = 1; n <= game::numberCount; ++n) {
-        const QRgb color = iCalled[static_cast<std::size_t>(n)] == 1 ? colors::red : colors::black;
+        const QRgb color = isCalled(n) ? colors::red : colors::black;
         const int cell = game::cellOffset(n);
         if (RTB2->colorAt(cell) != color)
             RTB2->setColor({cell, game::cellWidth}, color);
@@ -71,11 +71,11 @@ void frmMain::editLastPress(int iButt)
     RTB3->setColor(RTB3->all(), colors::red);
     RTB3->showStart();
 
-    std::copy_backward(iLastCalls.begin() + 1, iLastCalls.end() - 1, iLastCalls.end());
+    std::copy_backward(iLastCalls.begin(), iLastCalls.end() - 1, iLastCalls.end());
     iLastCalls[1] = static_cast<std::int16_t>(iButt);
 
     QString past;
-    for (std::size_t k = 2; k < iLastCalls.size(); ++k)
+    for (int k = 2; k <= 5; ++k)
         past += game::pastEntry(iLastCalls[k]) + u' ';
     RTB4->setText(past);
     RTB4->setColor(RTB4->all(), colors::black);

@@ -18,7 +18,7 @@ void frmMain::cRandNum_Click()
     }
     std::vector<int> pool;
     for (int n = 1; n <= game::numberCount; ++n) {
-        if (iCalled[static_cast<std::size_t>(n)] == 0)
+        if (!isCalled(n))
             pool.push_back(n);
     }
     if (const std::optional<int> n = board::drawFrom(pool))
@@ -28,7 +28,7 @@ void frmMain::cRandNum_Click()
 bool frmMain::boardIsFull() const
 {
     for (int n = 1; n <= game::numberCount; ++n) {
-        if (cButt(n)->backColor() == controls::colors::buttonFace)
+        if (cButt[n]->backColor() == controls::colors::buttonFace)
             return false;
     }
     return true;

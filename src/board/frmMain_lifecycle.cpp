@@ -27,13 +27,10 @@ void frmMain::Form_Load()
         const QPoint centred = area.center() - QPoint(width() / 2, height() / 2);
         move(std::max(centred.x(), area.x()), std::max(centred.y(), area.y()));
         cboSec->setCurrentText(QStringLiteral("10"));
-        iSayCount = 1;
-        createVoice();
+        m_announcement.createVoice();
     } catch (const files::Error &error) {
-        m_pendingError = error;
+        ReportError(error);
     }
-    if (m_pendingError)
-        ReportError();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -1,32 +1,68 @@
 #include "frmMain.h"
 
-#include "catalogue.h"
 #include "controls.h"
-#include "numbers.h"
+#include "frmMain_design.h"
 #include "sp_voice.h"
 
 #include <QAction>
 #include <QTimer>
 
+using patterns::Pattern;
+using patterns::pattern;
+
+void frmMain::BuildDemo()
+{
+    auto *first = controls::control<controls::ColorBox>(m_client, "tDemo(1)");
+    m_card = new patterns::Card(first, mainDesign::row("tDemo(1)"));
+    connect(m_card, &patterns::Card::clicked, this, &frmMain::tDemo_Click);
+}
+
+void frmMain::tDemo_Click(int Index)
+{
+    m_card->toggle(Index);
+    Text1->setFocus();
+}
+
 void frmMain::cDemoButt_Click(int Index)
 {
-    paintCard({});
+    m_card->show({});
     markAll(false);
     Timer1->stop();
-    const bool deselects = iCurPattern == Index;
-    selectPattern(deselects ? 0 : Index);
-    if (!deselects) {
-        const patterns::Pattern &pattern = patterns::pattern(Index);
-        if (!pattern.animated())
-            paintCard(pattern.frames[1]);
-        if (mnuShaddow->isChecked())
-            applyShadow(pattern);
-        if (pattern.animated()) {
-            iPatternFrame = 1;
-            Timer1->start(100);
-        }
-    }
+    selectPattern(Index == iCurPattern ? 0 : Index);
+    if (iCurPattern != 0)
+        showPattern(pattern(iCurPattern));
     Text1->setFocus();
+}
+
+/// Keeps the selected pattern, 0 for none, and tells screen readers of it.
+void frmMain::selectPattern(int id)
+{
+    if (iCurPattern != 0)
+        cDemoButt[iCurPattern]->setAccessibleDescription({});
+    iCurPattern = id;
+    if (iCurPattern != 0)
+        cDemoButt[iCurPattern]->setAccessibleDescription(QStringLiteral("selected"));
+}
+
+/// Shows a static pattern and starts an animated one, and takes its shadow out of play.
+void frmMain::showPattern(const Pattern &pattern)
+{
+    if (!pattern.animated())
+        m_card->show(pattern.frames[1]);
+    if (mnuShaddow->isChecked())
+        applyShadow(pattern);
+    if (pattern.animated()) {
+        iPatternFrame = 1;
+        Timer1->start(100);
+    }
+}
+
+void frmMain::applyShadow(const Pattern &pattern)
+{
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (pattern.shadow.covers(n))
+            markNumber(n, true);
+    }
 }
 
 void frmMain::Timer1_Timer()
@@ -36,27 +72,8 @@ void frmMain::Timer1_Timer()
     Timer1->setInterval(1500);
     if (iCurPattern == 0)
         return;
-    const patterns::Frames &frames = patterns::pattern(iCurPattern).frames;
-    if (iPatternFrame > frames.count())
-        iPatternFrame = 1;
-    paintCard(frames[iPatternFrame]);
-    ++iPatternFrame;
-}
-
-/// Keeps the selected pattern, 0 for none, and tells screen readers of it.
-void frmMain::selectPattern(int id)
-{
-    if (iCurPattern != 0)
-        cDemoButt(iCurPattern)->setAccessibleDescription({});
-    iCurPattern = id;
-    if (iCurPattern != 0)
-        cDemoButt(iCurPattern)->setAccessibleDescription(QStringLiteral("selected"));
-}
-
-void frmMain::applyShadow(const patterns::Pattern &pattern)
-{
-    for (int n = 1; n <= game::numberCount; ++n) {
-        if (pattern.shadow.covers(game::columnLetter(game::columnOf(n))))
-            markNumber(n, true);
-    }
+    const patterns::Frames &frames = pattern(iCurPattern).frames;
+    const int frame = frames.wrapped(iPatternFrame);
+    m_card->show(frames[frame]);
+    iPatternFrame = frame + 1;
 }

@@ -1,65 +1,25 @@
 #include "frmMain.h"
 
-#include "frmVoices.h"
-#include "phrases.h"
-#include "sp_voice.h"
-#include "voice_choice.h"
-
-using speech::SpVoice;
-
-namespace {
-
-constexpr int phonemes = 64; // the alert boundary SVEPhoneme
-
-} // namespace
-
-void frmMain::createVoice()
-{
-    V = std::make_unique<SpVoice>();
-    connect(V.get(), &SpVoice::EndStream, this, &frmMain::V_EndStream);
-    connect(V.get(), &SpVoice::Failed, this, [this](int number, const QString &description) {
-        m_pendingError.emplace(number, description);
-        ReportError();
-    });
-    V->setAlertBoundary(phonemes);
-}
+#include "error.h"
+#include "message_box.h"
 
 void frmMain::Speak(const QString &text)
 {
     try {
-        if (!V)
-            throw files::Error(speech::SpNotInstalled, QStringLiteral("There is no voice to speak with."));
-        if (!m_voiceChoice.VoiceIndex.isEmpty())
-            V->setVoice(m_voiceChoice.VoiceIndex.toInt());
-        V->setRate(m_voiceChoice.VoiceRate);
-        V->Speak(text, SpVoice::SVSFlagsAsync);
+        m_announcement.speak(text);
     } catch (const files::Error &error) {
-        m_pendingError = error;
+        ReportError(error);
     }
-    if (m_pendingError)
-        ReportError();
 }
 
 /// A phrase has been spoken: the first one of a call is followed by its digits.
 void frmMain::V_EndStream(int, const QVariant &)
 {
-    if (iSayCount < 2) {
-        ++iSayCount;
-        sCallPhrase = voice::followUp(sCallPhrase);
-        Speak(sCallPhrase);
-    } else {
-        iSayCount = 1;
-    }
+    if (const std::optional<QString> phrase = m_announcement.nextPhrase())
+        Speak(*phrase);
 }
 
-void frmMain::mnuSpeak_Click()
+void frmMain::ReportError(const files::Error &error)
 {
-    if (m_frmVoices) {
-        m_frmVoices->raise();
-        m_frmVoices->activateWindow();
-        return;
-    }
-    m_frmVoices = new frmVoices(m_voiceChoice, this);
-    m_frmVoices->show();
-    m_frmVoices->Form_Load(); // a failure shows its box over the open window
+    controls::reportError(this, error);
 }

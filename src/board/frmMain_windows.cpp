@@ -6,6 +6,18 @@
 #include "frmVoices.h"
 #include "tool_window.h"
 
+void frmMain::mnuSpeak_Click()
+{
+    if (m_frmVoices) {
+        m_frmVoices->raise();
+        m_frmVoices->activateWindow();
+        return;
+    }
+    m_frmVoices = new frmVoices(m_voiceChoice, this);
+    m_frmVoices->show();
+    m_frmVoices->Form_Load(); // a failure shows its box over the open window
+}
+
 void frmMain::mnuHelp_Click()
 {
     if (!m_help) {

@@ -2,6 +2,7 @@
 
 #include "catalogue.h"
 #include "controls.h"
+#include "error.h"
 #include "rich_text_box.h"
 
 #include <QAction>
@@ -25,7 +26,7 @@ void frmMain::wire()
     connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);
 
     for (int i = 1; i <= patterns::patternCount; ++i)
-        connect(cDemoButt(i), &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
+        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
     connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
@@ -36,6 +37,12 @@ void frmMain::wire()
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
     connect(mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
+
+    connect(&m_announcement, &voice::Announcement::EndStream, this, &frmMain::V_EndStream);
+    connect(&m_announcement, &voice::Announcement::Failed, this,
+            [this](int number, const QString &description) {
+                ReportError({number, description});
+            });
 
     m_client->installEventFilter(this); // its size: Form_Resize
 }

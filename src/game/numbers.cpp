@@ -12,7 +12,7 @@ QString currentLabel(int n)
 {
     if (!isNumber(n))
         return {};
-    return QChar(columnLetter(columnOf(n))) + QString::number(n);
+    return letterOf(n) + QString::number(n);
 }
 
 QString pastEntry(int n)

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 /// The 75 numbers of the game: their column letters, and the texts in which the displays show them.
 /// Each column letter stands for fifteen numbers: B 1-15, I 16-30, N 31-45, G 46-60, O 61-75.
 namespace game {
@@ -22,10 +24,18 @@ constexpr int columnOf(int n)
     return (n - 1) / numbersPerColumn;
 }
 
+inline constexpr std::u16string_view columnLetters = u"BINGO";
+
 /// The letter of a column, `column` from 0 to 4.
 constexpr char16_t columnLetter(int column)
 {
-    return u"BINGO"[column];
+    return columnLetters[static_cast<std::size_t>(column)];
+}
+
+/// The column letter of number n, 1 to 75.
+inline QChar letterOf(int n)
+{
+    return columnLetter(columnOf(n));
 }
 
 /// True for the last number of a row of the board that another row follows: 15, 30, 45 and 60.

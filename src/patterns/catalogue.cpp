@@ -11,14 +11,14 @@ constexpr Pattern table[] = {
                         "....X ...X. ..X.. .X... X....",
                         "..... ..... XXXXX ..... ....."}, Shadow{}},
 
-    {2, "Four Corner", Frames{"X...X ..... ..... ..... X...X"}, Shadow{"ING"}},
+    {2, "Four Corner", Frames{"X...X ..... ..... ..... X...X"}, Shadow{u"ING"}},
 
-    {3, "Inside Cor", Frames{"..... .X.X. ..... .X.X. ....."}, Shadow{"BNO"}},
+    {3, "Inside Cor", Frames{"..... .X.X. ..... .X.X. ....."}, Shadow{u"BNO"}},
 
     {4, "Stamp", Frames{"XX... XX... ..... ..... .....",
                         "...XX ...XX ..... ..... .....",
                         "..... ..... ..... ...XX ...XX",
-                        "..... ..... ..... XX... XX..."}, Shadow{"N"}},
+                        "..... ..... ..... XX... XX..."}, Shadow{u"N"}},
 
     {5, "Dbl Stamp", Frames{"XX.XX XX.XX ..... ..... .....",
                             "XX... XX... ..... ...XX ...XX",
@@ -27,7 +27,7 @@ constexpr Pattern table[] = {
                             "..... ..... ..... XX.XX XX.XX",
                             "XX... XX... ..... ...XX ...XX",
                             "XX... XX... ..... XX... XX...",
-                            "...XX ...XX ..... XX... XX..."}, Shadow{"N"}},
+                            "...XX ...XX ..... XX... XX..."}, Shadow{u"N"}},
 
     {6, "Six Pack", Frames{"XXX.. XXX.. ..... ..... .....",
                            "..... .XX.. .XX.. .XX.. .....",
@@ -42,20 +42,20 @@ constexpr Pattern table[] = {
 
     {8, "Outside Box", Frames{"XXXXX X...X X...X X...X XXXXX"}, Shadow{}},
 
-    {9, "Inside Box", Frames{"..... .XXX. .X.X. .XXX. ....."}, Shadow{"BO"}},
+    {9, "Inside Box", Frames{"..... .XXX. .X.X. .XXX. ....."}, Shadow{u"BO"}},
 
-    {10, "In Diamond", Frames{"..... ..X.. .X.X. ..X.. ....."}, Shadow{"BO"}},
+    {10, "In Diamond", Frames{"..... ..X.. .X.X. ..X.. ....."}, Shadow{u"BO"}},
 
-    {11, "Out Diamond", Frames{"..X.. ..... X...X ..... ..X.."}, Shadow{"IG"}},
+    {11, "Out Diamond", Frames{"..X.. ..... X...X ..... ..X.."}, Shadow{u"IG"}},
 
-    {12, "Clover Leaf", Frames{"XX.XX XX.XX ..... XX.XX XX.XX"}, Shadow{"N"}},
+    {12, "Clover Leaf", Frames{"XX.XX XX.XX ..... XX.XX XX.XX"}, Shadow{u"N"}},
 
     {13, "Plus Sign", Frames{"..X.. ..X.. XXXXX ..X.. ..X.."}, Shadow{}},
 
     {14, "Kite", Frames{"XX... XX... ..X.. ...X. ....X",
                         "...XX ...XX ..X.. .X... X....",
                         "X.... .X... ..X.. ...XX ...XX",
-                        "....X ...X. ..X.. XX... XX..."}, Shadow{"N"}},
+                        "....X ...X. ..X.. XX... XX..."}, Shadow{u"N"}},
 
     {15, "J", Frames{"XXXXX ..X.. ..X.. X.X.. XXX.."}, Shadow{}},
 
@@ -73,40 +73,18 @@ constexpr Pattern table[] = {
 };
 // clang-format on
 
-consteval bool inOrder()
+consteval bool isComplete()
 {
-    int expected = 0;
+    int id = 0;
     for (const Pattern &pattern : table) {
-        if (pattern.id != ++expected)
+        if (pattern.id != ++id)
             return false;
     }
-    return expected == patternCount;
+    return id == patternCount;
 }
-
-consteval int formsOf(int id)
-{
-    return table[id - 1].frames.count();
-}
-
-consteval int formsOfAll()
-{
-    int forms = 0;
-    for (const Pattern &pattern : table)
-        forms += pattern.frames.count();
-    return forms;
-}
-
-static_assert(inOrder(), "the patterns stand in the order of their ids");
-static_assert(formsOf(1) == 4 && formsOf(4) == 4 && formsOf(5) == 8 && formsOf(6) == 6 && formsOf(7) == 3 &&
-              formsOf(14) == 4);
-static_assert(formsOfAll() == 29 + 15, "every other pattern has one form");
+static_assert(isComplete(), "the patterns stand in the order of their ids");
 
 } // namespace
-
-std::span<const Pattern, patternCount> catalogue()
-{
-    return table;
-}
 
 const Pattern &pattern(int id)
 {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include "from_one.h"
+#include "numbers.h"
+
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 /// The winning patterns that the program knows. A pattern's cells are drawn as on the card: five rows of
@@ -47,7 +47,7 @@ private:
 class Frames
 {
 public:
-    static constexpr std::size_t most = 8;
+    static constexpr int most = 8;
 
     template <std::size_t... sizes>
     consteval Frames(const char (&...drawings)[sizes])
@@ -57,37 +57,37 @@ public:
         static_assert(sizeof...(sizes) >= 1 && sizeof...(sizes) <= most);
     }
 
-    constexpr int count() const { return static_cast<int>(m_count); }
+    constexpr int count() const { return m_count; }
     /// `frame` is 1 to count().
-    constexpr const Grid &operator[](int frame) const { return m_grids[static_cast<std::size_t>(frame) - 1]; }
+    constexpr const Grid &operator[](int frame) const { return m_grids[frame]; }
+    /// The frame that a tick shows, given the number behind the one shown before.
+    constexpr int wrapped(int frame) const { return frame > m_count ? 1 : frame; }
 
 private:
-    std::array<Grid, most> m_grids{};
-    std::size_t m_count;
+    game::FromOne<Grid, most> m_grids{};
+    int m_count;
 };
 
-/// The board columns that a pattern takes out of play, as their letters. They are data of their own: a column
-/// in which a pattern lights no cell, or only the centre, need not be shadowed.
+/// The board columns that a pattern takes out of play, as their letters. They are not derived from the cells:
+/// a column in which a pattern lights no cell, or only the centre, need not be shadowed.
 class Shadow
 {
 public:
-    consteval Shadow(std::string_view letters = {})
+    consteval Shadow(std::u16string_view letters = {})
         : m_letters(letters)
     {
-        for (const char letter : letters) {
-            if (std::string_view("BINGO").find(letter) == std::string_view::npos)
-                throw "a shadow names columns by their letters";
-        }
+        if (letters.find_first_not_of(game::columnLetters) != std::u16string_view::npos)
+            throw "a shadow names columns by their letters";
     }
 
-    constexpr bool empty() const { return m_letters.empty(); }
-    constexpr bool covers(char16_t letter) const
+    /// `n` is 1 to 75.
+    constexpr bool covers(int n) const
     {
-        return letter < 0x80 && m_letters.find(static_cast<char>(letter)) != std::string_view::npos;
+        return m_letters.find(game::columnLetter(game::columnOf(n))) != std::u16string_view::npos;
     }
 
 private:
-    std::string_view m_letters;
+    std::u16string_view m_letters;
 };
 
 struct Pattern
@@ -99,9 +99,6 @@ struct Pattern
 
     constexpr bool animated() const { return frames.count() > 1; }
 };
-
-/// All patterns, in the order of their ids, 1 to 21.
-std::span<const Pattern, patternCount> catalogue();
 
 /// The pattern of that id, 1 to 21.
 const Pattern &pattern(int id);

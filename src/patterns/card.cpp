@@ -1,0 +1,82 @@
+#include "card.h"
+
+#include "colors.h"
+#include "controls.h"
+#include "design_table.h"
+#include "numbers.h"
+#include "units.h"
+
+#include <algorithm>
+
+namespace patterns {
+
+namespace {
+
+constexpr int gap = 10; // twips between neighbouring cells
+
+/// Where the lines of cells begin in one direction, and how large a cell is, in pixels. Places are rounded,
+/// so the size is that of the closest neighbours: no two cells touch.
+struct Lines
+{
+    Lines(int size, double dpi)
+    {
+        for (int i = 0; i < cardSide; ++i)
+            starts[i] = controls::pixels(i * (size + gap), dpi);
+        int pitch = starts[1];
+        for (int i = 1; i < cardSide; ++i)
+            pitch = std::min(pitch, starts[i] - starts[i - 1]);
+        cellSize = pitch - std::max(1, controls::pixels(gap, dpi));
+    }
+
+    int starts[cardSide];
+    int cellSize;
+};
+
+} // namespace
+
+Card::Card(controls::ColorBox *first, const controls::DesignRow &row)
+    : QObject(first)
+{
+    m_cells[1] = first;
+    build(row);
+    show({});
+}
+
+void Card::build(const controls::DesignRow &row)
+{
+    const Lines across(row.width, m_cells[1]->logicalDpiX());
+    const Lines down(row.height, m_cells[1]->logicalDpiX());
+    const QPoint origin = m_cells[1]->pos();
+    for (int i = 1; i <= cellCount; ++i) {
+        if (i > 1) {
+            m_cells[i] = new controls::ColorBox(m_cells[1]->parentWidget());
+            m_cells[i]->setObjectName(QStringLiteral("tDemo(%1)").arg(i));
+            QWidget::setTabOrder(m_cells[i - 1], m_cells[i]);
+        }
+        const QPoint place(across.starts[(i - 1) % cardSide], down.starts[(i - 1) / cardSide]);
+        m_cells[i]->setGeometry({origin + place, QSize(across.cellSize, down.cellSize)});
+        connect(m_cells[i], &controls::ColorBox::clicked, this, [this, i] { Q_EMIT clicked(i); });
+    }
+}
+
+void Card::show(const Grid &grid)
+{
+    for (int i = 1; i <= cellCount; ++i)
+        paint(i, grid.lit(i));
+}
+
+void Card::toggle(int index)
+{
+    paint(index, m_cells[index]->backColor() == controls::colors::white);
+}
+
+void Card::paint(int index, bool lit)
+{
+    m_cells[index]->setBackColor(lit ? controls::colors::black : controls::colors::white);
+    m_cells[index]->setAccessibleName(QStringLiteral("Pattern row %1, column %2, %3")
+                                          .arg((index - 1) / cardSide + 1)
+                                          .arg(QChar(game::columnLetter((index - 1) % cardSide)))
+                                          .arg(lit ? QStringLiteral("lit") : QStringLiteral("unlit")));
+}
+
+} // namespace patterns

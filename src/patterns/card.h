@@ -1,0 +1,39 @@
+#pragma once
+
+#include "catalogue.h"
+#include "from_one.h"
+
+#include <QObject>
+
+namespace controls {
+class ColorBox;
+struct DesignRow;
+} // namespace controls
+
+namespace patterns {
+
+/// The 25 cells of the pattern card: shows a grid, switches single cells and tells of clicks on them. It
+/// knows no pattern: its whole state is the colours of its cells, black for lit and white for unlit.
+class Card : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `first` is cell 1 of the design and `row` its place and size there.
+    Card(controls::ColorBox *first, const controls::DesignRow &row);
+
+    void show(const Grid &grid);
+    /// Switches a cell between lit and unlit. `index` is 1 to 25.
+    void toggle(int index);
+
+Q_SIGNALS:
+    void clicked(int index);
+
+private:
+    void build(const controls::DesignRow &row);
+    void paint(int index, bool lit);
+
+    game::FromOne<controls::ColorBox *, cellCount> m_cells{};
+};
+
+} // namespace patterns

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "voice_choice.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace speech {
+class SpVoice;
+} // namespace speech
+
+namespace voice {
+
+/// What is said of the calls: two phrases each, the second when the first has been spoken, by the voice that
+/// the operator chose. It does not know the board, and shows no failure: it throws or signals it.
+class Announcement : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `choice` is read at each phrase and must live as long as this.
+    explicit Announcement(const VoiceChoice &choice);
+    ~Announcement() override;
+
+    /// Creates the voice. Throws files::Error when no speech service is installed; nothing can be said then.
+    void createVoice();
+    /// The first phrase of number `n`, 1 to 75, which is now the number being announced.
+    QString firstPhrase(int n);
+    /// Queues a phrase behind those not spoken yet. Throws files::Error when it cannot be spoken.
+    void speak(const QString &phrase);
+    /// What is to be said now that a phrase has been spoken: behind a first phrase its follow-up.
+    std::optional<QString> nextPhrase();
+
+Q_SIGNALS:
+    void EndStream(int StreamNumber, const QVariant &StreamPosition);
+    void Failed(int number, const QString &description);
+
+private:
+    const VoiceChoice &m_choice;
+    std::unique_ptr<speech::SpVoice> V; // null where no speech service is installed
+    int iSayCount = 1;                  // 2 while a follow-up is being spoken
+    QString sCallPhrase;                // what is being said of the current call
+};
+
+} // namespace voice
