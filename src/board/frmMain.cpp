@@ -24,7 +24,7 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("Vellomir"));
+    setWindowTitle(QStringLiteral(VELLOMIR_NAME));
     buildMenus();
     buildControls();
     buildPatternButtons();
@@ -45,7 +45,16 @@ void frmMain::buildControls()
     m_client->setObjectName(QStringLiteral("client"));
     setCentralWidget(m_client);
     controls::buildDesign(mainDesign::controls(), m_client);
+    findControls();
+    fillBoxes();
+    nameControls();
+    cPause->setEnabled(false);
+    Text1->setSeeThrough(true);
+    Text1->raise();
+}
 
+void frmMain::findControls()
+{
     cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
     RTB1 = control<controls::RichTextBox>(m_client, "RTB1");
     RTB2 = control<controls::RichTextBox>(m_client, "RTB2");
@@ -63,20 +72,25 @@ void frmMain::buildControls()
     cBingo = control<QPushButton>(m_client, "cBingo");
     chkAutoCall = control<QCheckBox>(m_client, "chkAutoCall");
     chkMakeVoiceCall = control<QCheckBox>(m_client, "chkMakeVoiceCall");
+}
 
+void frmMain::fillBoxes()
+{
     for (const int size : {20, 22, 24, 28, 30, 32, 34, 36, 38, 40, 42, 44, 46, 48, 50, 52})
         iFontSize->addItem(QString::number(size));
-    iFontSize->setEditText(QStringLiteral("33"));
+    iFontSize->setEditText(QString::fromLatin1(mainDesign::row("iFontSize").caption));
     for (const int seconds : {5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 20})
         cboSec->addItem(QString::number(seconds));
+}
+
+/// Names what has no caption of its own, for screen readers.
+void frmMain::nameControls()
+{
     for (const auto &[name, spoken] : mainDesign::spokenNames())
         control<QWidget>(m_client, name)->setAccessibleName(QString::fromLatin1(spoken));
     iFontSize->lineEdit()->setAccessibleName(iFontSize->accessibleName());
     control<QLabel>(m_client, "Label4")->setBuddy(iFontSize);
     control<QLabel>(m_client, "Label3")->setBuddy(cboSec);
-    cPause->setEnabled(false);
-    Text1->setSeeThrough(true);
-    Text1->raise();
 }
 
 void frmMain::buildPatternButtons()

@@ -45,6 +45,9 @@ public:
 
 private:
     void buildControls();
+    void findControls();
+    void fillBoxes();
+    void nameControls();
     void buildPatternButtons();
     void buildMenus();
     QTimer *buildTimer(const char *name, int milliseconds);
