@@ -5,8 +5,8 @@
 
 #include <QPointer>
 
-/// A speech service that notes what it is given and does what the test tells it to. It must outlive the voices
-/// that speak through factory().
+/// A speech service that notes what it is given and does what the test tells it to. It must outlive the
+/// voices that speak through factory().
 struct FakeSpeech
 {
     struct Engine : speech::SpEngine

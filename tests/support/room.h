@@ -3,6 +3,8 @@
 #include "appearance.h"
 #include "application.h"
 #include "draw.h"
+#include "error.h"
+#include "message_box.h"
 #include "modMain.h"
 #include "support/fake_speech.h"
 
@@ -34,6 +36,7 @@ class Room : public QObject
 public:
     Room()
     {
+        nextFraction = 0.5;
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         m_answering.callOnTimeout(this, &Room::answer);
@@ -53,6 +56,7 @@ public:
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
         QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, qApp, nullptr);
+        QFile::remove(modMain::SettingsPath);
     }
 
     template <class Control = QWidget>
@@ -78,6 +82,19 @@ public:
             QTest::sendKeyEvent(QTest::Click, QGuiApplication::focusWindow(),
                                 c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode()), QString(c), {});
     }
+    static void strike(QKeyCombination keys)
+    {
+        const QChar key = QChar(keys.key()).toLower();
+        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
+        QTest::sendKeyEvent(QTest::Click, QGuiApplication::focusWindow(), keys.key(),
+                            QString(isControl ? QChar(key.unicode() & 31) : key), keys.keyboardModifiers());
+    }
+    static void commit(const QString &text)
+    {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+    }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer)
     {
@@ -88,21 +105,31 @@ public:
     }
 
     /// Plays a script, word by word:
-    ///   33        a click on a number           p3, c25   on a pattern button, on a cell
+    ///   33, 7-9   a click on a number, on some   p3, c25   on a pattern button, on a cell
     ///   cPause    on the control of that name   mnuHelp   a choice from a menu
-    ///   'n33/     keys, / is Enter              s3, a     seconds of the countdown, steps of the animation
+    ///   'n33/     keys, / Enter, _ blank          s3, a     seconds of the countdown, steps of the animation
     ///   %25       the next draw's fraction      ~         until something is said
-    ///   cboSec=5  a choice                      .         the voice has ended a text (that nobody ends by itself)
-    /// A key behind a colon (33:Y) answers the box that comes; Escape does when none is given.
+    ///   cboSec=5  a choice                      key=Alt+R a key with others held
+    ///   "r        from an input method          hush      from now on the voice ends no text by itself:
+    ///   .         it ended one                  gone      the service is lost
+    ///   voice=9   the voice that was chosen
+    /// A key behind a colon (33:Y) answers the box that comes; Escape does when none is given, or s or p,
+    /// which first let the time go on or press the pause button, as a screen reader can, or e, when a failure
+    /// is to be told.
     void play(const QString &script)
     {
-        static const QRegularExpression word("([%'a-zA-Z~.]*)(.*)");
+        static const QRegularExpression word("([%'\"a-zA-Z~.]*)(.*)");
         for (QString step : script.split(' ', Qt::SkipEmptyParts)) {
+            if (!QGuiApplication::focusWindow()) { // Behind a box, a window manager does this.
+                window->activateWindow();
+                QCoreApplication::processEvents();
+            }
             m_answer = step.section(':', 1);
             step = step.section(':', 0, 0);
             const QString kind = word.match(step).captured(1), rest = word.match(step).captured(2);
             if (kind.isEmpty())
-                click(find(QString("cButt(%1)").arg(rest)));
+                for (int n = rest.section('-', 0, 0).toInt(); n <= rest.section('-', -1).toInt(); ++n)
+                    click(find(QString("cButt(%1)").arg(n)));
             else if (kind == "p" || kind == "c")
                 click(find(QString(kind == "p" ? "cDemoButt(%1)" : "tDemo(%1)").arg(rest)));
             else if (kind == "s" || kind == "a")
@@ -111,11 +138,21 @@ public:
             else if (kind == "%")
                 nextFraction = rest.toInt() / 100.0;
             else if (kind == "~")
-                QVERIFY(QTest::qWaitFor([this] { return speech.spoken.size() > m_heard; }));
+                await();
             else if (kind == ".")
                 Q_EMIT speech.engine->ended();
+            else if (kind == "voice")
+                modMain::Voice.VoiceIndex = rest.mid(1);
+            else if (kind == "hush")
+                speech.speaksByItself = false;
+            else if (kind == "gone")
+                Q_EMIT speech.engine->failed(-7, "it went away");
             else if (kind.startsWith('\''))
-                type(step.mid(1).replace('/', '\r'));
+                type(step.mid(1).replace('/', '\r').replace('_', ' '));
+            else if (kind.startsWith('"'))
+                commit(step.mid(1));
+            else if (kind == "key")
+                strike(QKeySequence(rest.mid(1))[0]);
             else if (kind.startsWith("mnu"))
                 find<QAction>(kind)->trigger();
             else if (rest.startsWith('='))
@@ -125,12 +162,12 @@ public:
         }
     }
 
-    /// All that the room sees, what is at rest left out: "count current/past red numbers, grey buttons (where they
-    /// are others) lit cells (a to y), the countdown, the entry, focus, open windows; what was said; boxes".
+    /// All that the room sees, what is at rest left out: "count current/past red numbers, grey buttons (where
+    /// they are others) lit cells (a to y), the countdown, the entry, focus, open windows; what was said;
+    /// boxes".
     QString look()
     {
-        for (int i = 0; i < 50; ++i)
-            QCoreApplication::processEvents();
+        settle();
         const QImage picture = window->grab().toImage();
         const QString red = redNumbers(picture), grey = greyNumbers(picture);
         QString seen = find<QLabel>("lblCallCnt")->text().remove("Balls Called: ");
@@ -148,7 +185,7 @@ public:
         add(" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in "));
         const auto *pause = find<QPushButton>("cPause");
         add(" ", pause->isEnabled() ? pause->text() : "");
-        add(find<QTimer>("Timer2")->isActive() ? " counts" : "", " ");
+        add(" counts", find<QTimer>("Timer2")->isActive() ? "." : "");
         add(" entry ", entry()->text());
         add(" focus ", window->focusWidget() == entry() ? "" : window->focusWidget()->objectName());
         for (const char *name : {"frmBingo", "frmHelp", "frmAbout", "frmVoices"}) {
@@ -156,7 +193,7 @@ public:
                 add(" + ", other->isVisible() ? name : "");
         }
         for (; m_heard < speech.spoken.size(); ++m_heard)
-            seen += "; " + QString(speech.spoken[m_heard]).remove(" 0 0");
+            seen += "; " + QString(speech.spoken[m_heard]).remove(" 1 0");
         add("; ", std::exchange(boxes, {}).join("; "));
         return seen;
     }
@@ -167,16 +204,37 @@ public:
     QStringList boxes; ///< "title: text" of each since the last look
 
 private:
+    static void settle()
+    {
+        for (int i = 0; i < 50; ++i)
+            QCoreApplication::processEvents();
+    }
+    /// Waits until more is said than at the last waiting, and all that comes of it.
+    void await()
+    {
+        QVERIFY(QTest::qWaitFor([this] { return speech.spoken.size() > m_awaited; }));
+        settle();
+        m_awaited = speech.spoken.size();
+    }
     void answer()
     {
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (!box || box == m_answered)
             return;
+        boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
         m_answered = box;
         boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
-        const Qt::Key key = m_answer.isEmpty() ? Qt::Key_Escape
-                            : m_answer == "/"  ? Qt::Key_Return
-                                               : Qt::Key(m_answer[0].unicode());
+        const QString answer = std::exchange(m_answer, {});
+        for (int i = 0; i < 5 && answer == "s"; ++i)
+            tick(find<QTimer>("Timer2"));
+        if (answer == "e")
+            controls::reportError(window, {-2147221164, "No voice"});
+        if (answer == "p")
+            find<QPushButton>("cPause")->click();
+        const Qt::Key key = answer == "Y"   ? Qt::Key_Y
+                            : answer == "N" ? Qt::Key_N
+                            : answer == "/" ? Qt::Key_Return
+                                            : Qt::Key_Escape;
         QTest::keyClick(box->windowHandle(), key);
     }
     bool eventFilter(QObject *watched, QEvent *event) override
@@ -185,14 +243,30 @@ private:
                std::exchange(m_ticking, nullptr) != watched;
     }
 
-    QString textOf(const QString &name) const { return display(name)->toPlainText(); }
+    QString textOf(const QString &name) const
+    {
+        return (u'.' + display(name)->toPlainText()).trimmed().mid(1); // blanks at the end are not seen
+    }
+    /// "7 12-15 33"
+    static QString list(const QList<int> &numbers)
+    {
+        QString text;
+        for (qsizetype i = 0, end = 0; i < numbers.size(); i = end) {
+            for (end = i + 1; end < numbers.size() && numbers[end] == numbers[end - 1] + 1;)
+                ++end;
+            text += QString(i ? " %1" : "%1").arg(numbers[i]);
+            if (end > i + 1)
+                text += QString("-%1").arg(numbers[end - 1]);
+        }
+        return text;
+    }
     QPoint placeOf(const QWidget *control, QPoint inside) const { return control->mapTo(window, inside); }
     /// The numbers of the large board whose every digit is red and nowhere black.
     QString redNumbers(const QImage &picture) const
     {
         static const QRegularExpression number("\\d+");
         QTextEdit *board = display("RTB2");
-        QStringList red;
+        QList<int> red;
         for (const auto &found : number.globalMatch(board->toPlainText())) {
             bool isRed = true;
             for (qsizetype at = found.capturedStart(); at < found.capturedEnd(); ++at) {
@@ -205,9 +279,9 @@ private:
                 isRed = isRed && has(cell, Qt::red) && !has(cell, Qt::black);
             }
             if (isRed)
-                red += found.captured();
+                red += found.captured().toInt();
         }
-        return red.join(' ');
+        return list(red);
     }
     static bool has(const QImage &picture, const QColor &color)
     {
@@ -221,12 +295,12 @@ private:
     }
     QString greyNumbers(const QImage &picture) const
     {
-        QStringList grey;
+        QList<int> grey;
         for (int n = 1; n <= 75; ++n) {
             if (picture.pixelColor(placeOf(find(QString("cButt(%1)").arg(n)), {4, 4})) == QColor("#A0A0A0"))
-                grey += QString::number(n);
+                grey += n;
         }
-        return grey.join(' ');
+        return list(grey);
     }
     QString litCells(const QImage &picture) const
     {
@@ -243,7 +317,7 @@ private:
     QPointer<QMessageBox> m_answered;
     QString m_answer;
     QTimer *m_ticking = nullptr;
-    qsizetype m_heard = 0;
+    qsizetype m_heard = 0, m_awaited = 0;
 };
 
 /// Runs the tests of an object in an application with a folder of its own.
@@ -254,6 +328,7 @@ int runInRoom(int argc, char *argv[])
     QDir::setCurrent(folder.path());
     qputenv("AppData", folder.path().toLocal8Bit());
     app::Application application(argc, argv);
+    QApplication::setApplicationName("Vellomir");
     controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
     Test test;
