@@ -8,14 +8,16 @@
 
 #include "appearance.h"
 #include "application.h"
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
+#include "combo_box.h"
 #include "draw.h"
 #include "frmMain.h"
 #include "modMain.h"
 #include "numbers.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
+#include "text_box.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -520,7 +522,7 @@ extern "C" const char *__asan_default_options()
     return "detect_leaks=0";
 }
 
-double board::freshFraction()
+double board::randomFraction()
 {
     return static_cast<double>(chance()) / 4294967296.0;
 }

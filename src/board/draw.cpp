@@ -1,20 +1,18 @@
 #include "draw.h"
 
-#include <cmath>
+#include <QRandomGenerator>
+
+#include <chrono>
 
 namespace board {
 
-int pickPosition(int count, double fraction)
+double randomFraction()
 {
-    return static_cast<int>(std::floor(count * fraction + 1.0));
-}
-
-std::optional<int> drawFrom(std::span<const int> pool)
-{
-    if (pool.empty())
-        return std::nullopt;
-    const int position = pickPosition(static_cast<int>(pool.size()), freshFraction());
-    return pool[static_cast<std::size_t>(position) - 1];
+    const auto now = static_cast<quint64>(std::chrono::system_clock::now().time_since_epoch().count());
+    // This never fails: Qt makes up words of its own where the system has no entropy to give.
+    QRandomGenerator &entropy = *QRandomGenerator::system();
+    const quint32 seed[] = {static_cast<quint32>(now), static_cast<quint32>(now >> 32), entropy(), entropy()};
+    return QRandomGenerator(seed).generateDouble();
 }
 
 } // namespace board

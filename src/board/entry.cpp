@@ -3,30 +3,24 @@
 #include "numbers.h"
 #include "numeric.h"
 
+#include <cmath>
+
 namespace board {
 
-std::optional<int> calledByValue(double value)
+QString withoutLetter(const QString &entry)
 {
+    const bool hasLetter =
+        !entry.isEmpty() && QStringView(game::columnLetters).contains(entry.front(), Qt::CaseInsensitive);
+    return hasLetter ? entry.mid(1, 2) : entry;
+}
+
+std::optional<int> calledBy(const QString &text)
+{
+    const double value = files::parseNumber(text).value_or(0.0);
     if (!(value > 0.0 && value < game::numberCount + 1))
         return std::nullopt;
-    const int n = files::roundHalfEven(value);
+    const int n = static_cast<int>(std::lrint(value));
     return game::isNumber(n) ? std::optional(n) : std::nullopt;
-}
-
-std::optional<QString> behindLetter(const QString &entry)
-{
-    if (entry.isEmpty() || files::parseNumber(entry))
-        return std::nullopt;
-    const QChar letter = entry.front().toUpper();
-    if (!QStringView(u"BINGO").contains(letter))
-        return std::nullopt;
-    return entry.mid(1, 2);
-}
-
-std::optional<int> calledByEntry(const QString &entry)
-{
-    const std::optional<double> value = files::parseNumber(behindLetter(entry).value_or(entry));
-    return value ? calledByValue(*value) : std::nullopt;
 }
 
 } // namespace board

@@ -1,14 +1,17 @@
 #include "frmMain.h"
 
 #include "appearance.h"
+#include "buttons.h"
 #include "catalogue.h"
 #include "colors.h"
-#include "controls.h"
+#include "combo_box.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"
 #include "frmVoices.h"
+#include "label.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
+#include "text_box.h"
 
 #include <QMenuBar>
 #include <QTimer>

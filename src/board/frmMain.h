@@ -98,9 +98,10 @@ private:
     void Form_Unload();
     void iFontSize_Click();
     void iFontSize_KeyPress(int &KeyAscii);
-    double drawnFontSize();
+    std::optional<double> fontSize() const;
+    void redrawBoard();
 
-    double m_lastFontSize = 33.0;
+    double m_fontSize = 33.0; // in points, of what is drawn
 
     // ---- board/frmMain_layout.cpp: places that follow the window's size --------------------------
 protected:
@@ -135,7 +136,6 @@ private:
     void callNumber(int n);
     void uncallNumber(int n);
     void showCount();
-    bool autoCallRuns() const;
     void focusAfterCall();
 
     int iCallCnt = 0;
@@ -168,7 +168,6 @@ private:
     // ---- board/frmMain_draw.cpp: the random draw -------------------------------------------------
 private:
     void cRandNum_Click();
-    bool boardIsFull() const;
 
     // ---- board/frmMain_commands.cpp: clear, pause and play, Bingo --------------------------------
 private:
@@ -184,8 +183,8 @@ private:
     void chkAutoCall_Click();
     void Timer2_Timer();
 
-    int iAutoCallLeft = 0; // ticks to the next automatic draw
-    QTimer *Timer2 = nullptr;
+    int iAutoCallLeft = 0;    // ticks to the next automatic draw
+    QTimer *Timer2 = nullptr; // runs while numbers are called automatically and not paused
 
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
 private:

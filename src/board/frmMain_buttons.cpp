@@ -1,7 +1,7 @@
 #include "frmMain.h"
 
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "units.h"

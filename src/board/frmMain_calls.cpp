@@ -1,9 +1,11 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "label.h"
 #include "message_box.h"
+#include "text_box.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 void frmMain::cButt_Click(int Index)
 {
@@ -42,15 +44,10 @@ void frmMain::showCount()
     lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
 }
 
-bool frmMain::autoCallRuns() const
-{
-    return cPause->isEnabled() && cPause->text() == QStringLiteral("Pause");
-}
-
 void frmMain::focusAfterCall()
 {
     Text1->clear();
-    if (chkAutoCall->isChecked() && cPause->text() == QStringLiteral("Pause"))
+    if (Timer2->isActive())
         cPause->setFocus();
     else
         Text1->setFocus();

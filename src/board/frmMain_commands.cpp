@@ -1,9 +1,10 @@
 #include "frmMain.h"
 
-#include "controls.h"
 #include "frmBingo.h"
+#include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 #include "tool_window.h"
 
 #include <QTimer>
@@ -22,7 +23,7 @@ void frmMain::cPause_Click()
 
 void frmMain::cmdClear_Click()
 {
-    if (autoCallRuns())
+    if (Timer2->isActive())
         cPause_Click();
     if (controls::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
                             QStringLiteral("Clear Board")))
@@ -48,7 +49,7 @@ void frmMain::clearBoard()
 
 void frmMain::cBingo_Click()
 {
-    if (autoCallRuns())
+    if (Timer2->isActive())
         cPause_Click();
     Text1->setFocus();
     if (!m_frmBingo)

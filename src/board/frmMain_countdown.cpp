@@ -1,7 +1,9 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "combo_box.h"
+#include "label.h"
 #include "sp_voice.h"
+#include "text_box.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -35,6 +37,8 @@ void frmMain::Timer2_Timer()
         iAutoCallLeft = cboSec->currentText().toInt();
         cRandNum_Click();
     }
+    if (!Timer2->isActive())
+        return; // paused or switched off while a box of the draw was open
     lblAutoCall->setCaption(QStringLiteral("Auto Call In : %1").arg(iAutoCallLeft));
     lblAutoCall->repaint();
 }

@@ -2,7 +2,6 @@
 
 #include "appearance.h"
 #include "colors.h"
-#include "controls.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "rich_text_box.h"
@@ -17,7 +16,8 @@ namespace colors = controls::colors;
 
 void frmMain::DrawBoards()
 {
-    const QFont font = controls::displayFont(drawnFontSize());
+    m_fontSize = fontSize().value_or(m_fontSize);
+    const QFont font = controls::displayFont(m_fontSize);
     RTB1->setBaseFont(font);
     drawLetters();
     RTB2->setBaseFont(font);

@@ -1,7 +1,7 @@
 #include "frmMain.h"
 
-#include "controls.h"
 #include "entry.h"
+#include "text_box.h"
 
 #include <QPushButton>
 
@@ -31,10 +31,9 @@ void frmMain::Text1_KeyPress(int &KeyAscii)
 
 void frmMain::callEntry()
 {
-    const QString entry = Text1->text();
-    if (const std::optional<QString> rest = board::behindLetter(entry))
-        Text1->setText(*rest);
-    if (const std::optional<int> n = board::calledByEntry(entry))
+    const QString text = board::withoutLetter(Text1->text());
+    Text1->setText(text);
+    if (const std::optional<int> n = board::calledBy(text))
         cButt_Click(*n);
 }
 

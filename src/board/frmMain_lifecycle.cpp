@@ -1,7 +1,8 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "combo_box.h"
 #include "frmVoices.h"
+#include "label.h"
 #include "numeric.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
@@ -10,7 +11,6 @@
 #include <QScreen>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -72,8 +72,8 @@ void frmMain::clearDisplays()
 
 void frmMain::iFontSize_Click()
 {
-    DrawBoards();
-    EditBoard();
+    if (fontSize() != m_fontSize)
+        redrawBoard();
     returnToEntry();
 }
 
@@ -82,21 +82,25 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
     if (KeyAscii != enter)
         return;
     KeyAscii = 0;
-    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText())) {
-        if (*size < leastFontSize)
-            iFontSize->setEditText(QString::number(leastFontSize));
-        else if (*size > greatestFontSize)
-            iFontSize->setEditText(QString::number(greatestFontSize));
-        DrawBoards();
-        EditBoard();
+    if (const std::optional<double> size = fontSize()) {
+        if (size != files::parseNumber(iFontSize->currentText()))
+            iFontSize->setEditText(QString::number(*size));
+        redrawBoard();
     }
     returnToEntry();
 }
 
-/// The size in `iFontSize`, in points and within its bounds; the last one when the text is no number.
-double frmMain::drawnFontSize()
+/// The size in `iFontSize`, in points and within its bounds; nothing when the text is no number.
+std::optional<double> frmMain::fontSize() const
 {
-    if (const std::optional<double> size = files::parseNumber(iFontSize->currentText()))
-        m_lastFontSize = std::clamp(*size, leastFontSize, greatestFontSize);
-    return m_lastFontSize;
+    std::optional<double> size = files::parseNumber(iFontSize->currentText());
+    if (size)
+        size = std::clamp(*size, leastFontSize, greatestFontSize);
+    return size;
+}
+
+void frmMain::redrawBoard()
+{
+    DrawBoards();
+    EditBoard();
 }

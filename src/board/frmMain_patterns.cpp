@@ -1,8 +1,9 @@
 #include "frmMain.h"
 
-#include "controls.h"
+#include "buttons.h"
 #include "frmMain_design.h"
 #include "sp_voice.h"
+#include "text_box.h"
 
 #include <QAction>
 #include <QTimer>

@@ -1,9 +1,10 @@
 #include "frmMain.h"
 
 #include "catalogue.h"
-#include "controls.h"
+#include "combo_box.h"
 #include "error.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 
 #include <QAction>
 #include <QTimer>

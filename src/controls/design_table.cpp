@@ -1,9 +1,13 @@
 #include "design_table.h"
 
-#include "controls.h"
+#include "buttons.h"
+#include "combo_box.h"
+#include "label.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 #include "units.h"
 
+#include <QCheckBox>
 #include <QFrame>
 #include <QListWidget>
 #include <QSlider>

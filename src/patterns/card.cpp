@@ -1,7 +1,7 @@
 #include "card.h"
 
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
 #include "design_table.h"
 #include "numbers.h"
 #include "units.h"

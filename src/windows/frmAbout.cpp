@@ -2,11 +2,13 @@
 
 #include "appearance.h"
 #include "browser.h"
-#include "controls.h"
 #include "frmAbout_design.h"
+#include "label.h"
 #include "publisher.h"
 #include "tool_window.h"
 #include "units.h"
+
+#include <QPushButton>
 
 using controls::control;
 

@@ -2,9 +2,9 @@
 
 #include "appearance.h"
 #include "colors.h"
-#include "controls.h"
 #include "design_table.h"
 #include "rich_text_box.h"
+#include "text_box.h"
 
 #include <QFontMetricsF>
 #include <QMouseEvent>

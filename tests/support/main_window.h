@@ -1,12 +1,15 @@
 #pragma once
 
+#include "buttons.h"
 #include "colors.h"
-#include "controls.h"
+#include "combo_box.h"
 #include "frmMain.h"
+#include "label.h"
 #include "numbers.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
 #include "support/fake_sp_engine.h"
+#include "text_box.h"
 #include "voice_choice.h"
 
 #include <QAction>
