@@ -25,8 +25,6 @@ else()
             -fsanitize=${VELLOMIR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
         target_link_options(vellomir_options INTERFACE -fsanitize=${VELLOMIR_SANITIZE})
     endif()
-    if(NOT APPLE)
-        # A library that is named but not used costs start-up time and memory.
-        target_link_options(vellomir_options INTERFACE -Wl,--as-needed)
-    endif()
+    # A library that is named but not used costs start-up time and memory.
+    target_link_options(vellomir_options INTERFACE -Wl,--as-needed)
 endif()

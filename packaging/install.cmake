@@ -1,13 +1,7 @@
-# What is installed and where; the help text always lies beside the executable. Windows and macOS are untried.
-if(WIN32 OR APPLE)
-    if(APPLE)
-        set_target_properties(vellomir PROPERTIES MACOSX_BUNDLE ON OUTPUT_NAME Vellomir)
-        set(help_folder Vellomir.app/Contents/MacOS)
-    else()
-        set(help_folder ${CMAKE_INSTALL_BINDIR})
-    endif()
-    install(TARGETS vellomir BUNDLE DESTINATION . RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install(FILES data/help.txt DESTINATION ${help_folder})
+# What is installed and where; the help text always lies beside the executable. Windows is untried.
+if(WIN32)
+    install(TARGETS vellomir RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES data/help.txt DESTINATION ${CMAKE_INSTALL_BINDIR})
     qt_generate_deploy_app_script(TARGET vellomir FILENAME_VARIABLE deploy_script NO_UNSUPPORTED_PLATFORM_ERROR)
     install(SCRIPT ${deploy_script})
     return()

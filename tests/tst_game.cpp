@@ -55,7 +55,7 @@ const struct
     {"1-75 chkAutoCall s4", "75 O75/O74 O73 O72 O71 red 1-75 in 2 Pause counts. focus cPause; "
                             "Vellomir: Full Board....; Vellomir: Full Board...."},
     {"chkMakeVoiceCall 8 ~ voice=99 chkAutoCall s2:p",
-     "2 N38/B8 red 8 38 Paused Play; Bee, 8; Bee, 8; Run-Time Error: Desc: There is no voice number 100. Err "
+     "2 N39/B8 red 8 39 Paused Play; Bee, 8; Bee, 8; Run-Time Error: Desc: There is no voice number 100. Err "
      "#: 5"},
     // ---- clear, BINGO
     {"12 7 44 chkAutoCall '5 cmdClear:N s9", "3 N44/B7  B12 red 7 12 44 Paused Play; C"},

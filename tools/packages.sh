@@ -9,8 +9,6 @@ packages_build=(
     ninja-build
     qt6-base-dev
     libxcb1-dev
-    qt6-speech-dev
-    qt6-declarative-dev # qt6-speech-dev's CMake files ask for it
 )
 
 # What the running program wants beside the libraries that it is linked with.
@@ -52,11 +50,6 @@ packages_valgrind=(
 packages_lint=(
     clang-format
     clang-tidy
-)
-
-# tests/tst_speech_engines.cpp: Qt's engine speaks through its plugin.
-packages_speech=(
-    qt6-speech-speechd-plugin
 )
 
 # tests/tst_windows.cpp reads what was printed.

@@ -1,10 +1,6 @@
 #include "sp_voice.h"
 
-#ifdef VELLOMIR_SSIP
-#include "ssip_engine.h"
-#else
-#include "qt_speech_engine.h"
-#endif
+#include "system_engine.h"
 
 #include <QEventLoop>
 #include <QPointer>
@@ -16,15 +12,9 @@ namespace speech {
 
 namespace {
 
-#ifdef VELLOMIR_SSIP
-using SystemEngine = SsipEngine;
-#else
-using SystemEngine = QtSpeechEngine;
-#endif
-
 SpEngineFactory &systemEngine()
 {
-    static SpEngineFactory factory = [] { return std::make_unique<SystemEngine>(); };
+    static SpEngineFactory factory = makeSystemEngine;
     return factory;
 }
 

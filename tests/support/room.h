@@ -24,7 +24,7 @@
 
 inline double nextFraction = 0.5; ///< what the next draws draw with
 
-double board::freshFraction()
+double board::randomFraction()
 {
     return nextFraction;
 }
