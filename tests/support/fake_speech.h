@@ -51,7 +51,7 @@ struct FakeSpeech
     bool opens = true;          ///< false: open() is never answered
     bool isAlive = true;        ///< false: ping() is never answered
     bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
-    QStringList spoken{};        ///< "text voice rate" of each
+    QStringList spoken{};       ///< "text voice rate" of each
     int pings = 0;
-    QPointer<Engine> engine{};///< the last one made
+    QPointer<Engine> engine{}; ///< the last one made
 };

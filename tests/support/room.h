@@ -34,9 +34,16 @@ double board::randomFraction()
 class Room : public QObject
 {
 public:
-    Room()
+    /// `settings` is what the settings file holds when the program starts.
+    explicit Room(const QByteArray &settings = {})
     {
         nextFraction = 0.5;
+        const QString name = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+        QDir::current().mkdir(name);
+        QFile file(name + '/' + name + ".ini");
+        if (!settings.isEmpty() && file.open(QIODevice::WriteOnly))
+            file.write(settings);
+        file.close();
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         m_answering.callOnTimeout(this, &Room::answer);
@@ -48,15 +55,19 @@ public:
         }
         [[maybe_unused]] const bool active = QTest::qWaitForWindowActive(window);
     }
-    /// Closes the main window, and with it the program.
     ~Room() override
+    {
+        end();
+        QFile::remove(modMain::SettingsPath);
+    }
+    /// Closes the main window, and with it the program.
+    void end()
     {
         if (window)
             QTimer::singleShot(0, window, &QWidget::close);
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
         QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, qApp, nullptr);
-        QFile::remove(modMain::SettingsPath);
     }
 
     template <class Control = QWidget>
