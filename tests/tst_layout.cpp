@@ -110,6 +110,7 @@ private Q_SLOTS:
         Room room;
         room.play("33 mnuAbout");
         room.look();
+        room.entry()->hide();
         const QImage picture = room.window->grab().toImage();
         for (const char *kind : {"^cButt", "^tDemo", "^RTB[1-4]"}) {
             QSet<QString> frames;
@@ -120,7 +121,7 @@ private Q_SLOTS:
             QVERIFY2(frames.size() == 1 && sides[0] != "0" && sides.count(sides[0]) == 4,
                      qPrintable(kind + QStringList(frames.values()).join(", ")));
         }
-        const QWidget *rule = room.find("frmAbout")->findChild<QWidget *>("Line1");
+        QWidget *rule = room.find("frmAbout")->findChild<QWidget *>("Line1");
         const QImage line = rule->grab().toImage();
         int dark = 0;
         for (int y = 0; y < line.height(); ++y)
@@ -205,7 +206,7 @@ private Q_SLOTS:
             room.type(typed);
             QCOMPARE(font->currentText(), shown);
             QCOMPARE(board->font().pointSizeF(), drawn);
-            QVERIFY(letters->document()->idealWidth() <= letters->viewport()->width());
+            QCOMPARE(letters->horizontalScrollBar()->maximum(), 0);
             QVERIFY(drawn < 50 || board->horizontalScrollBar()->isVisible());
             for (const int place : {0, board->verticalScrollBar()->maximum()}) {
                 board->verticalScrollBar()->setValue(place);

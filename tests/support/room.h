@@ -318,7 +318,8 @@ private:
         QString lit;
         for (int i = 1; i <= 25; ++i) {
             const QWidget *cell = find(QString("tDemo(%1)").arg(i));
-            if (picture.pixelColor(placeOf(cell, {cell->width() - 4, cell->height() - 4})) == Qt::black)
+            const QPoint corner = placeOf(cell, {cell->width() - 4, cell->height() - 4});
+            if (picture.valid(corner) && picture.pixelColor(corner) == Qt::black)
                 lit += QChar('a' + i - 1);
         }
         return lit;
