@@ -50,16 +50,15 @@ def content(file):
         return opened.read(1000).rstrip(b"\0")
 
 
-# What is done to the settings file before the start and while the program runs, the boxes then (one without a text
-# goes by its name), and the file in the end.
+# What is done to the settings file before the start and while the program runs, the boxes then, and the file in the end.
 SETTINGS = {
     "no fault": (None, None, ["36", "5"], INI.replace(b"36", b"40")),
-    "folder not writable": (lambda file: file.parent.chmod(0o500), None, ["36", "5"], INI),
-    "folder full": (lambda file: fill(file.parent), None, ["36", "5"], INI),
+    "folder not writable": (lambda file: file.parent.chmod(0o500), None, ["36", "5"], INI.replace(b"36", b"40")),
+    "folder full": (lambda file: fill(file.parent), None, ["36", "5"], INI.replace(b"36", b"40")),
     "folder vanished": (None, lambda file: shutil.rmtree(file.parent), ["36", "5"], None),
-    "a folder": (lambda file: (file.unlink(), file.mkdir()), None, ["Font size", "10"], None),
-    "1 GB": (lambda file: os.truncate(file, 1 << 30), None, ["Font size", "10"], INI),
-    "unreadable": (lambda file: file.chmod(0), None, ["Font size", "10"], INI),
+    "a folder": (lambda file: (file.unlink(), file.mkdir()), None, ["33", "10"], None),
+    "1 GB": (lambda file: os.truncate(file, 1 << 30), None, ["33", "10"], INI),
+    "unreadable": (lambda file: file.chmod(0), None, ["33", "10"], INI),
     "changed meanwhile": (None, lambda file: file.write_bytes(CHANGED), ["36", "5"],
                           b"[Other]\nY=2\n[Options]\nFontSz=40\nAutoCallTm=5\n"),
 }  # fmt: skip
@@ -268,7 +267,7 @@ class Faults(unittest.TestCase):
     def test_help(self):
         for fault, (before, box, end) in HELP.items():
             self.renew_home()
-            (self.home / "help.txt").write_text("Some line.\n" * 50_000)
+            (self.home / "help.txt").write_text("Some line.\n" * 400_000)
             before(self.home / "help.txt")
             with self.subTest(fault), self.start(program=shutil.copy(PROGRAM, self.home)) as program:
                 self.choose(program, HELP_KEYS)

@@ -21,6 +21,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>

@@ -1,12 +1,13 @@
 #include "appearance.h"
 #include "application.h"
 #include "modMain.h"
-#include "quiet_start.h"
 
 #include <QIcon>
 #include <QImageReader>
 
-#include <optional>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -22,16 +23,27 @@ QIcon programIcon()
     return icon;
 }
 
+/// Where no window can be opened: one line in place of Qt's several, and no abort. Lesser messages are
+/// dropped.
+void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
+{
+    if (type != QtFatalMsg)
+        return;
+    std::fputs("vellomir: cannot open a window: no display, or no Qt platform plugin for it\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     app::Application::setDesktopSettingsAware(false);
-    app::Application::setApplicationName(QStringLiteral("Vellomir"));
+    app::Application::setApplicationName(QStringLiteral(VELLOMIR_NAME));
     app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
-    std::optional<os::QuietStart> start(std::in_place);
-    app::Application application(argc, argv);
-    start.reset();
+    int argumentCount = std::min(argc, 1); // the program's name: Qt's own options do nothing
+    const QtMessageHandler formerHandler = qInstallMessageHandler(reportNoDisplay);
+    app::Application application(argumentCount, argv);
+    qInstallMessageHandler(formerHandler);
     app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     controls::applyAppearance(application);
     app::Application::setWindowIcon(programIcon());

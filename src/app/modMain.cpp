@@ -9,8 +9,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+#include <QSessionManager>
 
 #include <cstdlib>
+
+using mod_ini_Stuff::ReadIni;
+using mod_ini_Stuff::WriteIni;
 
 namespace modMain {
 
@@ -23,7 +27,7 @@ const QString section = QStringLiteral("Options");
 const QString fontSizeKey = QStringLiteral("FontSz");
 const QString intervalKey = QStringLiteral("AutoCallTm");
 
-/// The main window, from when it holds the settings until it is destroyed.
+/// The main window; null until it holds the settings.
 QPointer<frmMain> board;
 
 void saveOpenBoard()
@@ -37,16 +41,15 @@ void endForSystem()
     if (board)
         board->close();
     else
-        std::_Exit(EXIT_SUCCESS); // at the error box of the start there is nothing to keep yet
+        std::_Exit(EXIT_SUCCESS); // at the error box of the start: nothing to save yet
 }
 
-/// Must be there before the first box is: hears the system's wish that the program end.
-void hearSystem()
+/// Install before the first message box: SIGTERM must work there too.
+void listenToSystem()
 {
-    auto *signals = new os::QuitRequests(qApp);
-    QObject::connect(signals, &os::QuitRequests::ended, qApp, endForSystem);
-    QObject::connect(signals, &os::QuitRequests::saveRequested, qApp, saveOpenBoard);
-    std::atexit(saveOpenBoard); // so does Qt leave when the display is gone
+    os::onQuitRequest(endForSystem);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, saveOpenBoard, Qt::DirectConnection);
+    std::atexit(saveOpenBoard); // Qt calls exit() when it loses the display
 }
 
 /// Ends the program when the window is closed.
@@ -68,26 +71,26 @@ bool DirExists(const QString &path)
 
 void LoadSettings(frmMain &window)
 {
-    window.applySettings(app::ReadIni(SettingsPath, section, fontSizeKey, QStringLiteral("33")),
-                         app::ReadIni(SettingsPath, section, intervalKey, QStringLiteral("10")));
+    const QString fontSize = ReadIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
+    window.applySettings(fontSize, ReadIni(SettingsPath, section, intervalKey, window.intervalText()));
 }
 
 void SaveSettings(const frmMain &window)
 {
-    app::WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
-    app::WriteIni(SettingsPath, section, intervalKey, window.intervalText());
+    WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
+    WriteIni(SettingsPath, section, intervalKey, window.intervalText());
 }
 
 void Main()
 {
     Voice = {};
-    hearSystem();
+    listenToSystem();
     auto *window = new frmMain(Voice);
     endWith(window);
 
     const QString folder = files::settingsBaseFolder() + QDir::separator() + files::executableName();
     if (!DirExists(folder))
-        files::createFolder(folder);
+        QDir().mkdir(folder);
     SettingsPath = folder + QDir::separator() + files::executableName() + QStringLiteral(".ini");
     LoadSettings(*window);
     board = window;

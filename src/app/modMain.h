@@ -21,7 +21,8 @@ void Main();
 
 bool DirExists(const QString &path);
 
-/// Puts the stored settings, or their defaults, into the main window's two boxes.
+/// Puts the stored settings into the main window's two boxes. What is not stored stays as the window was
+/// made.
 void LoadSettings(frmMain &window);
 /// Writes the texts of the two boxes, as they stand, into the settings file. A failure is not reported.
 void SaveSettings(const frmMain &window);

@@ -2,20 +2,13 @@
 
 #include "profile_file.h"
 
-namespace app {
-
-namespace {
-
-constexpr qsizetype bufferSize = 2048;
-
-} // namespace
+namespace mod_ini_Stuff {
 
 QString ReadIni(const QString &file, const QString &section, const QString &key, const QString &defaultText)
 {
-    const auto value = files::readProfileString(file, section, key, QString(), bufferSize);
-    if (!value)
-        return QString();
-    return value->isEmpty() ? defaultText : *value;
+    constexpr qsizetype longestValue = 2047;
+    const QString value = files::readProfileString(file, section, key).left(longestValue);
+    return value.isEmpty() ? defaultText : value;
 }
 
 bool WriteIni(const QString &file, const QString &section, const QString &key, const QString &value)
@@ -23,4 +16,4 @@ bool WriteIni(const QString &file, const QString &section, const QString &key, c
     return files::writeProfileString(file, section, key, value);
 }
 
-} // namespace app
+} // namespace mod_ini_Stuff

@@ -55,5 +55,6 @@ void frmMain::cBingo_Click()
     if (!m_frmBingo)
         m_frmBingo = new frmBingo(this);
     m_frmBingo->setGeometry(frameGeometry());
+    m_frmBingo->fill();
     controls::showInFront(m_frmBingo);
 }

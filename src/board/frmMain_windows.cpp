@@ -1,10 +1,11 @@
 #include "frmMain.h"
 
-#include "folders.h"
 #include "frmAbout.h"
 #include "frmHelp.h"
 #include "frmVoices.h"
 #include "tool_window.h"
+
+#include <QCoreApplication>
 
 void frmMain::mnuSpeak_Click()
 {
@@ -17,15 +18,11 @@ void frmMain::mnuSpeak_Click()
     m_frmVoices->show();
     m_frmVoices->Form_Load(); // a failure shows its box over the open window
 }
-
 void frmMain::mnuHelp_Click()
 {
-    if (!m_help) {
-        m_help = new frmHelp(this);
-        m_help->Form_Load(files::executableFolder()); // known by now: a box may open
-    }
-    if (m_help)
-        controls::showInFront(m_help);
+    if (!m_help)
+        m_help = new frmHelp(this, QCoreApplication::applicationDirPath());
+    controls::showInFront(m_help);
 }
 
 void frmMain::mnuAbout_Click()

@@ -2,7 +2,6 @@
 
 #include "colors.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
 
@@ -31,24 +30,11 @@ void drawFocus(QPainter &painter, const QRect &rect)
 
 } // namespace
 
-PushButton::PushButton(QWidget *parent)
-    : QPushButton(parent)
-{
-    setAutoDefault(true);
-}
-
-void PushButton::keyPressEvent(QKeyEvent *event)
-{
-    if (event->isAutoRepeat() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
-        event->accept();
-    else
-        QPushButton::keyPressEvent(event);
-}
-
 ColorButton::ColorButton(QWidget *parent)
-    : PushButton(parent)
+    : QPushButton(parent)
     , m_backColor(colors::buttonFace)
 {
+    setAutoDefault(true); // Enter presses it as Space does
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 

@@ -5,20 +5,8 @@
 
 namespace controls {
 
-/// A push button that Enter presses as Space does. A key that is held presses it once.
-class PushButton : public QPushButton
-{
-    Q_OBJECT
-
-public:
-    explicit PushButton(QWidget *parent = nullptr);
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-};
-
 /// A push button with a back colour of its own, which shows exactly.
-class ColorButton : public PushButton
+class ColorButton : public QPushButton
 {
     Q_OBJECT
 

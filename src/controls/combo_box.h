@@ -7,6 +7,9 @@ namespace controls {
 class TextBox;
 
 /// A combo box that the mouse wheel changes only while it has the focus.
+///
+/// The entries of an editable one are numbers, the smallest first. Arrow keys, the wheel and the list start
+/// from the text in the box, not from the entry that was chosen last.
 class ComboBox : public QComboBox
 {
     Q_OBJECT
@@ -15,9 +18,20 @@ public:
     explicit ComboBox(QWidget *parent = nullptr);
     /// Makes the box editable; its text box answers for typed characters.
     TextBox *makeEditable();
+    void showPopup() override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum class Step { Greater, Smaller };
+
+    int entryBeside(Step step) const;
+    void choose(Step step);
+    QModelIndex listItem(Step step) const;
+    bool unselectedListKey(QKeyEvent &event);
 };
 
 } // namespace controls

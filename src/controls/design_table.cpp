@@ -33,8 +33,8 @@ QWidget *made(const DesignRow &row, QWidget *parent)
         return label;
     }
     case Kind::PushButton: {
-        auto *button = new PushButton(parent);
-        button->setText(caption);
+        auto *button = new QPushButton(caption, parent);
+        button->setAutoDefault(true); // Enter presses it as Space does
         return button;
     }
     case Kind::ColorButton: {
@@ -44,8 +44,11 @@ QWidget *made(const DesignRow &row, QWidget *parent)
     }
     case Kind::CheckBox:
         return new QCheckBox(caption, parent);
-    case Kind::TextBox:
-        return new TextBox(parent);
+    case Kind::TextBox: {
+        auto *box = new TextBox(parent);
+        box->setText(caption);
+        return box;
+    }
     case Kind::EditableCombo: {
         auto *combo = new ComboBox(parent);
         combo->makeEditable()->setText(caption);

@@ -111,15 +111,18 @@ void RichTextBox::setLineHeight(int pixels)
     cursorOver(all()).mergeBlockFormat(format);
 }
 
-/// A line without text keeps its format in its block.
+/// A line without text keeps its format in its block. Qt lays such a block out afresh only when it is told
+/// to.
 void RichTextBox::merge(Range range, const QTextCharFormat &format)
 {
     QTextCursor cursor = cursorOver(range);
     cursor.mergeCharFormat(format);
     for (QTextBlock block = document()->findBlock(cursor.selectionStart());
          block.isValid() && block.position() < cursor.selectionEnd(); block = block.next()) {
-        if (block.length() == 1)
-            QTextCursor(block).mergeBlockCharFormat(format);
+        if (block.length() > 1)
+            continue;
+        QTextCursor(block).mergeBlockCharFormat(format);
+        document()->markContentsDirty(block.position(), block.length());
     }
 }
 

@@ -4,9 +4,24 @@
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QOperatingSystemVersion>
 #include <QPainter>
 
 namespace controls {
+
+namespace {
+
+/// The modifiers that make a command of a key. AltGr makes none; Windows reports it as Ctrl and Alt.
+Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held =
+        event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier);
+    const bool isAltGr = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows &&
+                         held == (Qt::AltModifier | Qt::ControlModifier);
+    return isAltGr ? Qt::NoModifier : held;
+}
+
+} // namespace
 
 TextBox::TextBox(QWidget *parent)
     : QLineEdit(parent)
@@ -22,7 +37,7 @@ void TextBox::setSeeThrough(bool seeThrough)
     setPalette(colors);
 }
 
-/// Offers a typed character to the owner and answers whether it is to go no further.
+/// Shows a typed character to the owner. True when the owner swallowed it.
 bool TextBox::swallowed(QChar character)
 {
     int code = character.unicode();
@@ -32,20 +47,12 @@ bool TextBox::swallowed(QChar character)
 
 void TextBox::keyPressEvent(QKeyEvent *event)
 {
-    if (event->isAutoRepeat() && event->key() == m_swallowedKey) {
-        event->accept();
-        return;
-    }
-    const bool isCharacter =
-        event->text().size() == 1 &&
-        !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier));
-    m_swallowedKey = 0;
-    if (isCharacter && swallowed(event->text().front())) {
-        m_swallowedKey = event->key();
-        event->accept();
-    } else {
+    const Qt::KeyboardModifiers held = commandModifiers(*event);
+    const QString text = event->text();
+    if (held & (Qt::AltModifier | Qt::MetaModifier) && !text.isEmpty() && text.front().isPrint())
+        event->ignore(); // QLineEdit would type it
+    else if (held || text.size() != 1 || !swallowed(text.front()))
         QLineEdit::keyPressEvent(event);
-    }
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent *event)

@@ -18,7 +18,8 @@ public:
 
 Q_SIGNALS:
     /// A character was typed; `code` is its character code, 13 for Enter. A handler that sets it to 0
-    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters.
+    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters; with Alt or Meta they type
+    /// nothing either.
     void keyPress(int &code);
 
 protected:
@@ -30,7 +31,6 @@ private:
     bool swallowed(QChar character);
 
     bool m_seeThrough = false;
-    int m_swallowedKey = 0; // the last key pressed, when it was swallowed
 };
 
 } // namespace controls

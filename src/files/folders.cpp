@@ -27,14 +27,4 @@ QString executableName()
     return program.fileName().isEmpty() ? QCoreApplication::applicationName() : program.fileName();
 }
 
-QString executableFolder()
-{
-    return QCoreApplication::applicationDirPath();
-}
-
-bool createFolder(const QString &path)
-{
-    return QDir().mkdir(path);
-}
-
 } // namespace files

@@ -12,11 +12,4 @@ QString settingsBaseFolder();
 /// The file name of the running program without its folder and its extension.
 QString executableName();
 
-/// The folder that holds the running program.
-QString executableFolder();
-
-/// Makes one folder in a folder that exists. False when that fails; a folder that is already there is a
-/// failure.
-bool createFolder(const QString &path);
-
 } // namespace files

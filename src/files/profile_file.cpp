@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringConverter>
 
 namespace files {
 
@@ -19,8 +20,8 @@ struct Place
     bool hasKey = false;
 };
 
-/// The size of the byte order mark with which some editors begin a file in UTF-8.
-qsizetype markSize(QByteArrayView content)
+/// Some editors begin a UTF-8 file with a byte order mark.
+qsizetype bomSize(QByteArrayView content)
 {
     return content.startsWith("\xEF\xBB\xBF") ? 3 : 0;
 }
@@ -49,7 +50,7 @@ std::optional<QByteArrayView> valueOf(QByteArrayView key, QByteArrayView line)
 Place locate(QByteArrayView content, QByteArrayView section, QByteArrayView key)
 {
     Place place{.at = content.size()};
-    for (qsizetype start = markSize(content), next = 0; start < content.size(); start = next) {
+    for (qsizetype start = bomSize(content), next = 0; start < content.size(); start = next) {
         const qsizetype lineFeed = content.indexOf('\n', start);
         next = lineFeed < 0 ? content.size() : lineFeed + 1;
         const QByteArrayView line = content.sliced(start, next - start).trimmed();
@@ -87,27 +88,48 @@ QByteArray lineEndOf(QByteArrayView content)
     return bare ? "\n" : "\r\n";
 }
 
-/// The bytes of a file, none when there is no file; nothing when they cannot be read or are too many.
+bool isUtf16(const QByteArray &content)
+{
+    const auto encoding = QStringConverter::encodingForData(content, u'[');
+    return encoding && *encoding != QStringConverter::Utf8;
+}
+
+/// The bytes of a profile, none when there is no file; nothing when it cannot be read.
 std::optional<QByteArray> readWhole(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists())
         return QByteArray();
     QFile file(path);
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) // a pipe would keep the reader waiting
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) // opening a pipe would wait
         return std::nullopt;
     QByteArray content = file.read(largestFile + 1);
-    if (file.error() != QFileDevice::NoError || content.size() > largestFile)
+    if (file.error() != QFileDevice::NoError || content.size() > largestFile || isUtf16(content))
         return std::nullopt;
     return content;
 }
 
-/// Writes beside the file, syncs and renames. The flush is there because `commit` alone does not see it fail.
-bool replaceWhole(const QString &path, const QByteArray &content)
+/// Writes beside the file, syncs and renames.
+bool replaceFile(const QString &path, const QByteArray &content)
 {
     QSaveFile file(path);
-    return content.size() <= largestFile && file.open(QIODevice::WriteOnly) &&
-           file.write(content) == content.size() && file.flush() && file.commit();
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
+           file.flush() && // `commit` alone does not see this fail
+           file.commit();
+}
+
+/// Writes into the file that is there, for a folder that takes no new file. The old bytes come back when the
+/// new ones do not fit. Nothing is cut off first, so that a crash leaves the new bytes, at worst with an old
+/// end behind them.
+bool overwriteFile(const QString &path, const QByteArray &content, const QByteArray &former)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+        return false;
+    const bool written = file.write(content) == content.size();
+    if (!written && file.seek(0))
+        file.write(former);
+    return file.resize(written ? content.size() : former.size()) && written;
 }
 
 } // namespace
@@ -130,31 +152,30 @@ QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView 
     QByteArray added = key.toByteArray() + '=' + inLine(value);
     if (!place.hasSection)
         added.prepend('[' + section.toByteArray() + ']' + lineEnd);
-    const bool behindOpenLine = place.at > markSize(content) && content.at(place.at - 1) != '\n';
+    const bool behindOpenLine = place.at > bomSize(content) && content.at(place.at - 1) != '\n';
     return content.insert(place.at, behindOpenLine ? lineEnd + added : added + lineEnd);
 }
 
-std::optional<QString> readProfileString(const QString &path, const QString &section, const QString &key,
-                                         const QString &defaultText, qsizetype size)
+QString readProfileString(const QString &path, const QString &section, const QString &key)
 {
-    const std::optional<QByteArray> content = readWhole(path);
-    if (!content)
-        return std::nullopt;
-    const auto value = findValue(*content, section.toLocal8Bit(), key.toLocal8Bit());
-    return (value ? QString::fromLocal8Bit(*value) : defaultText).left(size - 1);
+    const QByteArray content = readWhole(path).value_or(QByteArray());
+    const auto value = findValue(content, section.toLocal8Bit(), key.toLocal8Bit());
+    return QString::fromLocal8Bit(value.value_or(QByteArray()));
 }
 
 bool writeProfileString(const QString &path, const QString &section, const QString &key, const QString &value)
 {
-    const std::optional<QByteArray> content = readWhole(path);
-    if (!content)
+    const std::optional<QByteArray> former = readWhole(path);
+    if (!former)
         return false;
     const QByteArray sectionBytes = section.toLocal8Bit();
     const QByteArray keyBytes = key.toLocal8Bit();
-    const auto current = findValue(*content, sectionBytes, keyBytes);
+    const auto current = findValue(*former, sectionBytes, keyBytes);
     if (current && QString::fromLocal8Bit(*current) == value)
         return true;
-    return replaceWhole(path, withValue(*content, sectionBytes, keyBytes, value.toLocal8Bit()));
+    const QByteArray content = withValue(*former, sectionBytes, keyBytes, value.toLocal8Bit());
+    return content.size() <= largestFile &&
+           (replaceFile(path, content) || overwriteFile(path, content, *former));
 }
 
 } // namespace files

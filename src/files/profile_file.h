@@ -24,15 +24,15 @@ std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView secti
 /// or ends with blanks, or stands in quotes, is put into a pair of quotes of its own.
 QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView key, QByteArrayView value);
 
-/// The value of a key in the file `path`, or `defaultText` when the file, the section or the key is missing;
-/// at most `size` - 1 characters of it. Nothing on an error: no regular file, not readable, more than 1 MiB.
-std::optional<QString> readProfileString(const QString &path, const QString &section, const QString &key,
-                                         const QString &defaultText, qsizetype size);
+/// The value of a key in the file `path`. Empty when the file, the section or the key is missing, or the file
+/// cannot be read: no regular file, no permission, more than 1 MiB, UTF-16.
+QString readProfileString(const QString &path, const QString &section, const QString &key);
 
-/// Sets the value of a key in the file `path`, which is made when it is missing (its folder is not). False on
-/// any error, and then the file is as it was: a save replaces the whole file or nothing. A link stays a link,
-/// and permissions stay. A value that already reads as `value` is left alone, so that bytes which are no text
-/// in the code page outlive a reading and writing. Characters that the code page lacks are replaced.
+/// Sets the value of a key in the file `path`, which is made when it is missing (its folder is not). The save
+/// replaces the whole file or nothing; only where the folder takes no new file it writes into the old one. A
+/// link stays a link, and permissions stay. False on any error, also when the file cannot be read, and then
+/// it is as it was. A value that already reads as `value` is left alone, with any bytes in it that are no
+/// text. Characters that the code page lacks are replaced.
 bool writeProfileString(const QString &path, const QString &section, const QString &key,
                         const QString &value);
 

@@ -1,35 +1,31 @@
 #include "text_file.h"
 
-#include "code_page.h"
-#include "rtf_text.h"
-
 #include <QFile>
 #include <QFileInfo>
+#include <QOperatingSystemVersion>
 #include <QStringDecoder>
 
 namespace files {
 
 namespace {
 
-/// A character that is cut off at the end is no error.
-std::optional<QString> decodedAs(QStringDecoder::Encoding encoding, const QByteArray &bytes)
+/// On Unix 8-bit text that is not UTF-8 mostly comes from a western Windows, which has Latin-1 in it.
+QStringDecoder codePageDecoder()
 {
-    QStringDecoder decoder(encoding);
-    const QString text = decoder(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(text);
+    if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
+        return QStringDecoder(QStringDecoder::System);
+    QStringDecoder western("windows-1252");
+    return western.isValid() ? std::move(western) : QStringDecoder(QStringDecoder::Latin1);
 }
 
 } // namespace
 
 QString decodedText(const QByteArray &bytes)
 {
-    if (const auto marked = QStringConverter::encodingForData(bytes))
-        return QStringDecoder(*marked)(bytes);
-    if (isRtf(bytes))
-        return textOfRtf(bytes);
-    if (const std::optional<QString> text = decodedAs(QStringDecoder::Utf8, bytes))
-        return *text;
-    return textOfCodePage(bytes);
+    const auto marked = QStringConverter::encodingForData(bytes);
+    QStringDecoder unicode(marked.value_or(QStringConverter::Utf8));
+    const QString text = unicode(bytes);
+    return unicode.hasError() && !marked ? codePageDecoder()(bytes) : text;
 }
 
 std::optional<QString> readTextFile(const QString &path)

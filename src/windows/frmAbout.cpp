@@ -1,7 +1,6 @@
 #include "frmAbout.h"
 
 #include "appearance.h"
-#include "browser.h"
 #include "frmAbout_design.h"
 #include "label.h"
 #include "publisher.h"
@@ -9,6 +8,8 @@
 #include "units.h"
 
 #include <QPushButton>
+#include <QDesktopServices>
+#include <QUrl>
 
 using controls::control;
 
@@ -42,7 +43,7 @@ void frmAbout::setCaptions()
         const char *label;
         const char *caption;
     } captions[] = {
-        {"Label1", "Vellomir"},        {"Label2", "Version " VELLOMIR_VERSION},
+        {"Label1", VELLOMIR_NAME},        {"Label2", "Version " VELLOMIR_VERSION},
         {"Label3", publisher::name},   {"Label4", publisher::street},
         {"Label5", publisher::town},   {"Label6", publisher::telephone},
         {"Label7", publisher::rights},
@@ -63,5 +64,5 @@ void frmAbout::cOK_Click()
 
 void frmAbout::cGoTo_Click()
 {
-    windows::openAddress(QString::fromUtf8(publisher::address));
+    QDesktopServices::openUrl(QUrl(QString::fromUtf8(publisher::address)));
 }

@@ -57,7 +57,8 @@ frmBingo::frmBingo(QWidget *owner)
     Text1->setAccessibleName(QStringLiteral("BINGO"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
     RTB1->setFrameShape(QFrame::NoFrame);
-    showFirst();
+    RTB1->setBaseFont(controls::displayFont(99.75));
+    RTB1->setBackColor(colors::buttonFace);
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
@@ -65,11 +66,8 @@ frmBingo::frmBingo(QWidget *owner)
     Timer1->start(500);
 }
 
-/// The word as it stands until the first tick.
-void frmBingo::showFirst()
+void frmBingo::fill()
 {
-    RTB1->setBaseFont(controls::displayFont(99.75));
-    RTB1->setBackColor(colors::buttonFace);
     RTB1->setText(QStringLiteral("\r\nBINGO"));
     setWord(250.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);

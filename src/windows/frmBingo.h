@@ -21,13 +21,14 @@ class frmBingo : public QWidget
 
 public:
     explicit frmBingo(QWidget *owner);
+    /// Puts the word in as it stands until the next tick. Call before showing.
+    void fill();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void showFirst();
     void setWord(double points);
     void Form_Resize();
     void Timer1_Timer();

@@ -1,6 +1,5 @@
 #include "frmHelp.h"
 
-#include "error.h"
 #include "message_box.h"
 #include "text_file.h"
 #include "tool_window.h"
@@ -9,9 +8,14 @@
 #include <QAction>
 #include <QDir>
 #include <QMenuBar>
+#include <QPointer>
+#include <QPrintDialog>
 #include <QPrinter>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
+
+#include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -19,15 +23,54 @@ namespace {
 constexpr int clientWidth = 8160;
 constexpr int clientHeight = 7245;
 
+qsizetype longestWord(const QString &text)
+{
+    qsizetype longest = 0;
+    qsizetype length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        longest = std::max(longest, length);
+    }
+    return longest;
+}
+
+/// Qt's own dialog shows these fields whatever its option says; that of Windows has no such children.
+void hidePageRange(const QPrintDialog *dialog)
+{
+    const auto *box = dialog->findChild<QWidget *>(QStringLiteral("gbPrintRange"));
+    for (const char *name : {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
+        if (auto *field = box ? box->findChild<QWidget *>(QString::fromLatin1(name)) : nullptr)
+            field->hide();
+    }
+}
+
+/// Lets the user choose a printer, set up for printing; null when the dialog was cancelled. It returns a
+/// printer to draw on and has no page-range fields: flags 256 and 8.
+std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
+{
+    auto printer = std::make_unique<QPrinter>();
+    const QPointer dialog = new QPrintDialog(printer.get(), owner); // closing the owner deletes it
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
+    dialog->setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    dialog->setOption(QAbstractPrintDialog::PrintSelection, offerSelection);
+    if (offerSelection)
+        dialog->setPrintRange(QAbstractPrintDialog::Selection);
+    hidePageRange(dialog);
+    const bool chosen = dialog->exec() == QDialog::Accepted && dialog;
+    delete dialog;
+    return chosen ? std::move(printer) : nullptr;
+}
+
 } // namespace
 
-frmHelp::frmHelp(QWidget *owner)
+frmHelp::frmHelp(QWidget *owner, const QString &folder)
     : QMainWindow(owner)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
     controls::makeToolWindow(this);
     buildControls();
+    Form_Load(folder);
 }
 
 void frmHelp::buildControls()
@@ -66,9 +109,18 @@ QAction *frmHelp::buildCommand(const char *name, const char *caption)
 void frmHelp::Form_Load(const QString &folder)
 {
     if (const auto text = files::readTextFile(folder + QDir::separator() + QStringLiteral("help.txt")))
-        txtHelp->setPlainText(*text);
+        showText(*text);
     else
         controls::notice(parentWidget(), QStringLiteral("Help file missing"));
+}
+
+void frmHelp::showText(const QString &text)
+{
+    // Qt's time to wrap a word grows with the square of its length, except where any letter may begin a line.
+    constexpr qsizetype slowWord = 2000;
+    if (longestWord(text) > slowWord)
+        txtHelp->setWordWrapMode(QTextOption::WrapAnywhere);
+    txtHelp->setPlainText(text);
 }
 
 void frmHelp::mnuExit_Click()
@@ -77,16 +129,15 @@ void frmHelp::mnuExit_Click()
 }
 
 void frmHelp::mnuPrint_Click()
-try {
-    using windows::CommonDialog;
-    CD1.CancelError = true;
-    CD1.Flags = CommonDialog::ReturnDC | CommonDialog::NoPageNumbers;
-    if (txtHelp->textCursor().hasSelection())
-        CD1.Flags |= CommonDialog::PrintSelection;
-    CD1.ShowPrinter(this);
-    SelPrint(CD1.hDC());
-} catch (const files::Error &) {
-    // Cancelled: nothing is printed and nothing is said.
+{
+    const QPointer window = this;
+    const auto printer = choosePrinter(this, txtHelp->textCursor().hasSelection());
+    if (!window)
+        return;
+    controls::showInFront(this);
+    txtHelp->setFocus();
+    if (printer)
+        SelPrint(printer.get());
 }
 
 /// Prints the selected text, or the whole one when nothing is selected. A printer that fails prints nothing.
@@ -95,6 +146,7 @@ void frmHelp::SelPrint(QPrinter *printer) const
     const QTextCursor selected = txtHelp->textCursor();
     QTextDocument pages;
     pages.setDefaultFont(txtHelp->font());
+    pages.setDefaultTextOption(txtHelp->document()->defaultTextOption());
     pages.setPlainText(selected.hasSelection() ? selected.selection().toPlainText() : txtHelp->toPlainText());
     printer->setDocName(windowTitle());
     pages.print(printer);

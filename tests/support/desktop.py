@@ -54,7 +54,11 @@ class Program:
     def __init__(self, *command, title="Vellomir", **environment):
         self.process = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, restore_signals=False, **environment)
         self.title = title
-        wait_until(self.activate, f"the window {title}")
+        try:
+            wait_until(self.activate, f"the window {title}")
+        except BaseException:
+            self.__exit__()
+            raise
 
     def activate(self):
         """Brings the window to the front that the program begins with."""

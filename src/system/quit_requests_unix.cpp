@@ -1,0 +1,52 @@
+#include "quit_requests.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace os {
+
+namespace {
+
+int signalSockets[2]; // the signal handler writes into the first, the event loop reads from the second
+
+void wakeEventLoop(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = write(signalSockets[0], &byte, sizeof byte);
+}
+
+void handleUnlessIgnored(int signal)
+{
+    struct sigaction action = {};
+    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+        return;
+    action.sa_handler = wakeEventLoop;
+    action.sa_flags = SA_RESTART;
+    sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+void onQuitRequest(std::function<void()> quit)
+{
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, signalSockets) != 0)
+        return;
+    for (const int socket : signalSockets)
+        fcntl(socket, F_SETFD, FD_CLOEXEC); // not inherited by child processes
+    auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [quit = std::move(quit)] {
+        char byte = 0;
+        if (read(signalSockets[1], &byte, sizeof byte) == sizeof byte)
+            quit();
+    });
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        handleUnlessIgnored(signal);
+    std::signal(SIGPIPE, SIG_IGN); // else writing to a closed pipe would end the program unsaved
+}
+
+} // namespace os
