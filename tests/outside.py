@@ -16,7 +16,7 @@ from signal import SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM
 from support.desktop import Program, has, key, run, taskbar, wait_until
 
 PROGRAM = Path(sys.argv.pop(1)).resolve()
-UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
+UNPRIVILEGED = [shutil.which("setpriv"), "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
 FAKE_SPEECHD = Path(__file__).parent / "support" / "fake_speechd.py"
 VOICES, HELP, ABOUT = ["Down", "Return"], ["Right", "Down", "Return"], ["Right", "Down", "Down", "Return"]
 INI = b"; note\r\n[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n[Other]\r\nX=1\r\n"
@@ -44,6 +44,7 @@ class Outside(unittest.TestCase):
     def setUpClass(cls):
         manager = subprocess.Popen(["openbox", "--sm-disable"])
         cls.addClassCleanup(manager.kill)
+        cls.display = os.environ["DISPLAY"]
         wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
 
     def setUp(self):
@@ -71,6 +72,16 @@ class Outside(unittest.TestCase):
 
     def start(self, *wrapper, program=PROGRAM, **options):
         return self.enterContext(Program(*wrapper, *UNPRIVILEGED, program, "-platform", "offscreen", **options))
+
+    def open_display(self):
+        """A display that can be lost, for the programs that are started from now on; answers its server."""
+        server = subprocess.Popen(["Xvfb", "-displayfd", "1"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(server.communicate)
+        self.addCleanup(server.kill)
+        os.environ["DISPLAY"] = ":" + server.stdout.readline().strip()
+        self.addCleanup(subprocess.Popen("openbox").kill)
+        wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
+        return server
 
     def hold(self, name, seconds=1.5):
         run("xdotool", "keydown", name, "sleep", seconds, "keyup", name)
@@ -177,7 +188,9 @@ class Outside(unittest.TestCase):
                     key("ctrl+a")
                     program.type("40\r")
                     self.assertEqual(program.close(), (0, ""))
-                self.assertEqual(file.read_bytes()[: len(after or "") + 1] if file.is_file() else None, after)
+                if file.is_file():
+                    self.assertEqual(file.read_bytes()[:1000].rstrip(b"\0"), after)
+                self.assertEqual(file.is_file(), after is not None)
 
     def test_a_full_disk(self):
         program = self.start("prlimit", "--fsize=20")
@@ -219,13 +232,80 @@ class Outside(unittest.TestCase):
         self.serve("silent")
         for (state, reach), is_display in itertools.product(states.items(), (False, True)):
             with self.subTest(state, is_display=is_display):
+                display = self.open_display() if is_display else None
+                with self.start() as program:
+                    reach(program)
+                    self.file.unlink()
+                    os.dup2(os.open(os.devnull, os.O_RDONLY), program.process.stderr.fileno())  # who listens goes too
+                    display.kill() if display else program.process.send_signal(next(signals))
+                    self.assertEqual(program.process.wait(20), 1 if display else 0)
+                    self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
+                    self.file.write_bytes(INI)
+                    os.environ["DISPLAY"] = self.display
+
+    def test_nohup(self):
+        program = self.start("sh", "-c", 'trap "" HUP; exec "$@"', "sh")
+        program.process.send_signal(SIGHUP)
+        program.click("B 7")
+        program.the("Balls Called: 1")
+        self.assertEqual(program.close(), (0, ""))
+
+    def test_no_display(self):
+        for display in ({}, {"DISPLAY": ":65000"}):
+            environment = {"PATH": "/usr/bin:/bin", "HOME": "/nonexistent", **display}
+            ended = subprocess.run([PROGRAM], env=environment, capture_output=True, text=True, timeout=30, check=False)
+            self.assertGreater(ended.returncode, 0, "ended by a signal, or as if all were well")
+            self.assertRegex(ended.stderr, r"\Avellomir: .*display.*\n\Z")
+
+    # ---- Speech
+
+    def assert_error(self, program, text):
+        wait_until(lambda: program.find(text), text)
+        key("Return")
+        program.gone("Run-Time Error")
+
+    def test_speech(self):
+        for fault, text in (
+            (SIGKILL, "Desc: The speech service was lost.\nErr #: 2"),
+            (SIGSTOP, "Desc: The speech service does not answer.\nErr #: 3"),
+        ):
+            with self.subTest(text):
+                self.serve("silent")
                 program = self.start()
-                reach(program)
-                self.file.unlink()
-                program.process.send_signal(next(signals))
-                self.assertEqual(program.end(), (0, ""))
-                self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
-                self.file.write_bytes(INI)
+                program.click("Make Voice Calls")
+                program.click("B 7")
+                self.heard("Bee, 7")
+                self.service.send_signal(fault)
+                self.assert_error(program, text)
+                self.service.kill()
+                self.serve("normal")
+                program.click("N 33")
+                self.heard("En, 3 , 3")
+                self.assertEqual(program.close(), (0, ""))
+
+    def test_no_speech(self):
+        """Told once at the start, where the program can already be ended; then at each call."""
+        self.service.kill()
+        starter = self.home / "starter"
+        starter.write_text("#!/bin/sh\necho Autospawn requested but disabled >&2\nexit 1\n")
+        starter.chmod(0o700)
+        for command, text in ("/none", "No speech service is installed."), (starter, "Autospawn requested but disabled"):
+            with self.subTest(text):
+                os.environ["SPEECHD_CMD"] = str(command)
+                program = self.start(title="Run-Time Error")
+                program.the(f"Desc: {text}\nErr #: 1")
+                program.process.send_signal(SIGTERM)
+                self.assertEqual(program.end()[0], 0)
+                program = self.start(title="Run-Time Error")
+                self.assert_error(program, f"Desc: {text}\nErr #: 1")
+                program.title = "Vellomir"
+                program.click("B 7")
+                program.click("Make Voice Calls")
+                program.click("N 33")
+                wait_until(lambda: "Run-Time Error*" in program.windows(), "the box of the call")
+                key("Return")
+                program.the("Balls Called: 2")
+                self.assertEqual(program.close(), (0, ""))
 
 
 if __name__ == "__main__":

@@ -150,7 +150,7 @@ private Q_SLOTS:
             const QPoint origin = display->viewport()->mapTo(room.window.data(), QPoint(0, 0));
             const QRect place(first.topLeft() * scale + origin * scale, first.size() * scale);
             const QRectF letters = QFontMetricsF(font, display).tightBoundingRect("B2");
-            QVERIFY2(qAbs(ink(picture, place, color).height() / scale - letters.height()) < 2, name);
+            QVERIFY2(qAbs(ink(picture, place, color).height() / scale - letters.height()) < 3, name);
             const int middle = ink(picture, place, color).center().x() - place.center().x();
             QVERIFY2(qAbs(middle) <= 3 * scale || !QString("RTB1 RTB3 RTB5").contains(name), name);
             QCOMPARE(display->horizontalScrollBar()->maximum(), 0);

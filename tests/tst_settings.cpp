@@ -92,7 +92,7 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path).isSymLink() && QFileInfo(target).isFile());
         QVERIFY(QFile::remove(target));
         QCOMPARE(mkfifo(qPrintable(target), 0600), 0); // a pipe would never answer
-        QVERIFY(!write("40") && !files::readTextFile(target));
+        QVERIFY(read() == "33" && !write("40") && !files::readTextFile(target));
         QVERIFY(!files::readTextFile(folder.path()) && !files::readTextFile("/proc/self/mem"));
     }
 
@@ -114,10 +114,10 @@ private Q_SLOTS:
     }
 
 private:
-    QString read(const QString &key = "FontSz") const { return app::ReadIni(path, "Options", key, "33"); }
+    QString read(const QString &key = "FontSz") const { return mod_ini_Stuff::ReadIni(path, "Options", key, "33"); }
     bool write(const QString &value, const QString &key = "FontSz") const
     {
-        return app::WriteIni(path, "Options", key, value);
+        return mod_ini_Stuff::WriteIni(path, "Options", key, value);
     }
     static QByteArray bytesOf(const QString &name)
     {
