@@ -249,7 +249,7 @@ class Faults(unittest.TestCase):
                 self.serve("normal")
                 self.call(program, 33, 2)
                 self.wait_until_served("En, 33")
-                self.wait_until_served("En, 3 ,3")
+                self.wait_until_served("En, 3 , 3")
                 self.assert_closes(program)
 
     def test_no_speech(self):

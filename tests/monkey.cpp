@@ -9,7 +9,6 @@
 #include "appearance.h"
 #include "application.h"
 #include "buttons.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "draw.h"
 #include "frmMain.h"
@@ -126,7 +125,7 @@ private:
         m_stale = false;
         m_history.clear();
         startTimer(0);
-        VoiceChoice voice;
+        voice::VoiceChoice voice;
         frmMain window(voice);
         connect(&window, &frmMain::unloading, this, [this, &window] {
             m_ended = true;

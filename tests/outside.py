@@ -71,7 +71,9 @@ class Outside(unittest.TestCase):
         wait_until(lambda: line in (self.home / "heard").read_text().splitlines(), f"{line!r} at the service")
 
     def start(self, *wrapper, program=PROGRAM, **options):
-        return self.enterContext(Program(*wrapper, *UNPRIVILEGED, program, "-platform", "offscreen", **options))
+        program = Program(*wrapper, *UNPRIVILEGED, program, "-platform", "offscreen", **options)
+        self.addCleanup(program.__exit__)
+        return program
 
     def open_display(self):
         """A display that can be lost, for the programs that are started from now on; answers its server."""

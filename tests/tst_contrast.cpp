@@ -1,7 +1,6 @@
 // The contrast of the program's texts against what lies behind them, and the table of it in docs/contrast.md.
 
 #include "appearance.h"
-#include "colors.h"
 
 #include <QApplication>
 #include <QFile>

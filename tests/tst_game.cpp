@@ -82,18 +82,18 @@ const struct
     // ---- voice
     {"chkMakeVoiceCall 4 ~", "1 B4 red 4; Bee, 4; And After"},
     {"chkMakeVoiceCall 7 ~ 62 ~ 62:Y 30 ~",
-     "3 I30/O62 B7 red 7 30; Bee, 7; Bee, 7; Oh, 62; Oh, 6 ,2; Eye, 30; Eye, 3 ,0; Q"},
+     "3 I30/O62 B7 red 7 30; Bee, 7; Bee, 7; Oh, 62; Oh, 6 , 2; Eye, 30; Eye, 3 , 0; Q"},
     {"chkMakeVoiceCall 7 ~ chkMakeVoiceCall 62", "2 O62/B7 red 7 62; Bee, 7; Bee, 7"},
     {"chkMakeVoiceCall hush 33 ~ chkMakeVoiceCall . ~",
-     "1 N33 red 33 focus chkMakeVoiceCall; En, 33; En, 3 ,3"},
+     "1 N33 red 33 focus chkMakeVoiceCall; En, 33; En, 3 , 3"},
     {"chkMakeVoiceCall hush 12 48 ~ . ~ . ~ . ~ .",
-     "2 G48/B12 red 12 48; Bee, 12; Gee, 48; Gee, 4 ,8; Gee, 4 , "},
+     "2 G48/B12 red 12 48; Bee, 12; Gee, 48; Gee, 4 , 8; Gee, 4 , "},
     {"chkMakeVoiceCall hush 50 ~ . ~ gone 51 ~ . 52 ~ . ~ .",
-     "3 G52/G51 G50 red 50-52; Gee, 50; Gee, 5 ,0; "
-     "Gee, 51; Gee, 52; Gee, 5 ,2; Run-Time Error: Desc: it went away Err #: -7"},
+     "3 G52/G51 G50 red 50-52; Gee, 50; Gee, 5 , 0; "
+     "Gee, 51; Gee, 52; Gee, 5 , 2; Run-Time Error: Desc: it went away Err #: -7"},
     {"hush chkMakeVoiceCall 15 ~ . ~ . 16 ~ . ~ . 30 ~ . ~ . 31 ~ . ~ . 75 ~ . ~ .",
-     "5 O75/N31 I30 I16 B15 red 15-16 30-31 75; Bee, 15; Bee, 1 ,5; Eye, 16; Eye, 1 ,6; Eye, 30; Eye, 3 ,0; "
-     "En, 31; En, 3 ,1; Oh, 75; Oh, 7 ,5"},
+     "5 O75/N31 I30 I16 B15 red 15-16 30-31 75; Bee, 15; Bee, 1 , 5; Eye, 16; Eye, 1 , 6; Eye, 30; Eye, 3 , 0; "
+     "En, 31; En, 3 , 1; Oh, 75; Oh, 7 , 5"},
     {"chkMakeVoiceCall 8 ~ voice=99 9", "2 B9/B8 red 8-9; Bee, 8; Bee, 8; "
                                         "Run-Time Error: Desc: There is no voice number 100. Err #: 5"},
     {"voice=2 8 chkMakeVoiceCall 9 ~", "2 B9/B8 red 8-9; Bee, 9 2 0; Bee, 9 2 0"},

@@ -217,7 +217,7 @@ private Q_SLOTS:
         room.play("8 chkMakeVoiceCall 9 ~");
         QCOMPARE(room.look(), "2 B9/B8 red 8-9 + frmVoices; Bee, 9; Bee, 9"); // not yet
         room.play("cSave 61 ~");
-        QCOMPARE(room.look(), "3 O61/B9  B8 red 8-9 61; Oh, 61 2 10; Oh, 6 ,1 2 10");
+        QCOMPARE(room.look(), "3 O61/B9  B8 red 8-9 61; Oh, 61 2 10; Oh, 6 , 1 2 10");
     }
 
     /// What is typed and clicked meanwhile is taken afterwards; the time stands still.

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "double_click_filter.h"
+#include "held_keys.h"
+
 #include <QApplication>
 
 namespace app {
 
 /// An application that goes on when a handler fails: an exception that leaves any handler is shown in the
-/// "Run-Time Error" box. While a Speak waits for its text, its windows can be closed but take no other input.
+/// "Run-Time Error" box. Held keys and double clicks do no harm in any of its windows.
 class Application : public QApplication
 {
     Q_OBJECT
@@ -14,6 +17,10 @@ public:
     using QApplication::QApplication;
 
     bool notify(QObject *receiver, QEvent *event) override;
+
+private:
+    controls::HeldKeys m_heldKeys{*this};
+    controls::DoubleClickFilter m_doubleClickFilter{*this};
 };
 
 } // namespace app

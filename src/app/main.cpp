@@ -15,7 +15,7 @@ namespace {
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48}) {
+    for (const int size : {16, 32}) {
         QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
         reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
         icon.addPixmap(QPixmap::fromImageReader(&reader));
@@ -40,6 +40,8 @@ int main(int argc, char *argv[])
     app::Application::setDesktopSettingsAware(false);
     app::Application::setApplicationName(QStringLiteral(VELLOMIR_NAME));
     app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
+    // A factor between whole ones would cut frames; the windows are laid out by dots per inch instead.
+    app::Application::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Floor);
     int argumentCount = std::min(argc, 1); // the program's name: Qt's own options do nothing
     const QtMessageHandler formerHandler = qInstallMessageHandler(reportNoDisplay);
     app::Application application(argumentCount, argv);

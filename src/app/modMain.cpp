@@ -19,7 +19,7 @@ using mod_ini_Stuff::WriteIni;
 namespace modMain {
 
 QString SettingsPath;
-VoiceChoice Voice;
+voice::VoiceChoice Voice;
 
 namespace {
 

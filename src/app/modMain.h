@@ -1,6 +1,6 @@
 #pragma once
 
-#include "voice_choice.h"
+#include "announcement.h"
 
 #include <QString>
 
@@ -13,7 +13,7 @@ namespace modMain {
 extern QString SettingsPath;
 
 /// The voice and the speed of the spoken calls.
-extern VoiceChoice Voice;
+extern voice::VoiceChoice Voice;
 
 /// Makes the main window, finds the settings, draws the empty board and shows the window, which lives until
 /// the program ends.

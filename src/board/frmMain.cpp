@@ -3,7 +3,6 @@
 #include "appearance.h"
 #include "buttons.h"
 #include "catalogue.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"
@@ -21,7 +20,7 @@
 
 using controls::control;
 
-frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
+frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     : QMainWindow(parent)
     , m_announcement(voice)
     , m_voiceChoice(voice)
@@ -33,7 +32,6 @@ frmMain::frmMain(VoiceChoice &voice, QWidget *parent)
     buildPatternButtons();
     setDesignFonts();
     setTabOrderOfDesign();
-    setDesignSize();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
     wire();

@@ -12,6 +12,7 @@
 
 class QAction;
 class QTimer;
+class frmAbout;
 class frmBingo;
 class frmHelp;
 class frmVoices;
@@ -40,7 +41,7 @@ class frmMain : public QMainWindow
     // ---- board/frmMain.cpp: making the window ----------------------------------------------------
 public:
     /// `voice` is what the voice options window chooses; it must outlive the window.
-    explicit frmMain(VoiceChoice &voice, QWidget *parent = nullptr);
+    explicit frmMain(voice::VoiceChoice &voice, QWidget *parent = nullptr);
     ~frmMain() override;
 
 private:
@@ -105,10 +106,12 @@ private:
 
     // ---- board/frmMain_layout.cpp: places that follow the window's size --------------------------
 protected:
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void setDesignSize();
+    void placeOnScreen(QMargins frame);
     void Form_Resize();
 
     // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------
@@ -169,14 +172,11 @@ private:
 private:
     void cRandNum_Click();
 
-    // ---- board/frmMain_commands.cpp: clear, pause and play, Bingo --------------------------------
+    // ---- board/frmMain_commands.cpp: clear, pause and play ---------------------------------------
 private:
     void cPause_Click();
     void cmdClear_Click();
     void clearBoard();
-    void cBingo_Click();
-
-    QPointer<frmBingo> m_frmBingo;
 
     // ---- board/frmMain_countdown.cpp: automatic calling ------------------------------------------
 private:
@@ -218,10 +218,14 @@ private:
     void mnuSpeak_Click();
     void mnuHelp_Click();
     void mnuAbout_Click();
+    void cBingo_Click();
     void closeWindows();
+    template <class Window, class... Arguments>
+    bool load(QPointer<Window> &window, Arguments &&...arguments);
 
-    VoiceChoice &m_voiceChoice;
-    QPointer<frmVoices> m_frmVoices; // each is null while closed
+    voice::VoiceChoice &m_voiceChoice;
+    QPointer<frmVoices> m_voices; // each is null while closed
     QPointer<frmHelp> m_help;
-    QPointer<QWidget> m_about;
+    QPointer<frmAbout> m_about;
+    QPointer<frmBingo> m_bingo;
 };

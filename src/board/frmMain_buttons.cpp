@@ -1,10 +1,10 @@
 #include "frmMain.h"
 
+#include "appearance.h"
 #include "buttons.h"
-#include "colors.h"
+#include "design_table.h"
 #include "frmMain_design.h"
 #include "numbers.h"
-#include "units.h"
 
 void frmMain::BuildButts()
 {

@@ -1,11 +1,9 @@
 #include "frmMain.h"
 
-#include "frmBingo.h"
 #include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
 #include "text_box.h"
-#include "tool_window.h"
 
 #include <QTimer>
 
@@ -45,16 +43,4 @@ void frmMain::clearBoard()
     cDemoButt_Click(iCurPattern);
     cDemoButt_Click(pattern);
     EditBoard();
-}
-
-void frmMain::cBingo_Click()
-{
-    if (Timer2->isActive())
-        cPause_Click();
-    Text1->setFocus();
-    if (!m_frmBingo)
-        m_frmBingo = new frmBingo(this);
-    m_frmBingo->setGeometry(frameGeometry());
-    m_frmBingo->fill();
-    controls::showInFront(m_frmBingo);
 }

@@ -1,11 +1,10 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "colors.h"
+#include "design_table.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "rich_text_box.h"
-#include "units.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>

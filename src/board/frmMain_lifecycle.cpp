@@ -8,7 +8,7 @@
 #include "sp_voice.h"
 
 #include <QCloseEvent>
-#include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -23,9 +23,9 @@ constexpr int enter = 13;
 void frmMain::Form_Load()
 {
     try {
-        const QRect area = screen()->availableGeometry();
-        const QPoint centred = area.center() - QPoint(width() / 2, height() / 2);
-        move(std::max(centred.x(), area.x()), std::max(centred.y(), area.y()));
+        // An estimate, until the frame is known. Desktops do not scale it with the program.
+        const double caption = style()->pixelMetric(QStyle::PM_TitleBarHeight) / devicePixelRatioF();
+        placeOnScreen({1, qRound(caption), 1, 1});
         cboSec->setCurrentText(QStringLiteral("10"));
         m_announcement.createVoice();
     } catch (const files::Error &error) {

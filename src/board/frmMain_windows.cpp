@@ -1,40 +1,61 @@
 #include "frmMain.h"
 
 #include "frmAbout.h"
+#include "frmBingo.h"
 #include "frmHelp.h"
 #include "frmVoices.h"
+#include "text_box.h"
 #include "tool_window.h"
 
 #include <QCoreApplication>
+#include <QTimer>
+
+#include <utility>
+
+/// Makes and loads a window that is not open yet. False when it is gone already: loading may show a message
+/// box, and the window may be closed meanwhile.
+template <class Window, class... Arguments>
+bool frmMain::load(QPointer<Window> &window, Arguments &&...arguments)
+{
+    if (!window) {
+        window = new Window(std::forward<Arguments>(arguments)..., this);
+        window->Form_Load();
+    }
+    return window;
+}
 
 void frmMain::mnuSpeak_Click()
 {
-    if (m_frmVoices) {
-        m_frmVoices->raise();
-        m_frmVoices->activateWindow();
-        return;
-    }
-    m_frmVoices = new frmVoices(m_voiceChoice, this);
-    m_frmVoices->show();
-    m_frmVoices->Form_Load(); // a failure shows its box over the open window
+    if (load(m_voices, m_voiceChoice))
+        controls::showInFront(m_voices);
 }
+
 void frmMain::mnuHelp_Click()
 {
-    if (!m_help)
-        m_help = new frmHelp(this, QCoreApplication::applicationDirPath());
-    controls::showInFront(m_help);
+    if (load(m_help, QCoreApplication::applicationDirPath()))
+        controls::showInFront(m_help);
 }
 
 void frmMain::mnuAbout_Click()
 {
-    if (!m_about)
-        m_about = new frmAbout(this);
-    controls::showInFront(m_about);
+    if (load(m_about))
+        controls::showInFront(m_about);
+}
+
+void frmMain::cBingo_Click()
+{
+    if (Timer2->isActive())
+        cPause_Click();
+    Text1->setFocus();
+    if (load(m_bingo)) {
+        m_bingo->fill(frameGeometry());
+        controls::showInFront(m_bingo);
+    }
 }
 
 void frmMain::closeWindows()
 {
-    for (QWidget *window : std::initializer_list<QWidget *>{m_about, m_help, m_frmVoices}) {
+    for (QWidget *window : std::initializer_list<QWidget *>{m_about, m_help, m_voices}) {
         if (window)
             window->close();
     }

@@ -1,14 +1,15 @@
 #include "appearance.h"
 
-#include "colors.h"
-
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 #include <algorithm>
 
@@ -29,7 +30,18 @@ public:
     {
         // A check box of the design is no higher than a line of text.
         const bool indicator = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
-        return indicator ? 13 : QProxyStyle::pixelMetric(metric, option, widget);
+        return indicator && widget ? 13 * widget->logicalDpiY() / 96
+                                   : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        if (element == PE_Frame && qobject_cast<const QAbstractScrollArea *>(widget))
+            fillFrame(*painter, QRegion(option->rect) - option->rect.adjusted(1, 1, -1, -1), 1,
+                      QColor::fromRgb(colors::frame));
+        else
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
@@ -145,6 +157,26 @@ QFont displayFont(double points, bool bold)
     static const QString family = firstInstalled(
         {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")});
     return fontOf(family, QFont::Monospace, points, bold);
+}
+
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
+               const QColor &bottomRight)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRect outer = toDevice.map(region).boundingRect(); // rounded as Qt rounds what it clips by
+    const int side = std::max(1, static_cast<int>(width * toDevice.m11()));
+    const auto fill = [&](int x, int y, int across, int down, const QColor &color) {
+        painter.fillRect(toDevice.inverted().mapRect(QRectF(x, y, across, down)), color);
+    };
+    fill(outer.left(), outer.bottom() + 1 - side, outer.width(), side, bottomRight);
+    fill(outer.right() + 1 - side, outer.top(), side, outer.height(), bottomRight);
+    fill(outer.left(), outer.top(), outer.width() - side, side, topLeft);
+    fill(outer.left(), outer.top(), side, outer.height() - side, topLeft);
+}
+
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color)
+{
+    fillFrame(painter, region, width, color, color);
 }
 
 } // namespace controls

@@ -1,8 +1,27 @@
 #pragma once
 
+#include <QColor>
 #include <QFont>
 
 class QApplication;
+class QPainter;
+class QRegion;
+
+/// The fixed colours of the program. None of them depends on the desktop's.
+namespace controls::colors {
+
+inline constexpr QRgb buttonFace = 0xFFF0F0F0;
+inline constexpr QRgb buttonShadow = 0xFFA0A0A0;
+inline constexpr QRgb white = 0xFFFFFFFF;
+inline constexpr QRgb black = 0xFF000000;
+inline constexpr QRgb red = 0xFFFF0000;
+inline constexpr QRgb blue = 0xFF0000FF;
+inline constexpr QRgb disabledText = 0xFF6D6D6D;
+inline constexpr QRgb edge = 0xFF808080;
+inline constexpr QRgb frame = 0xFFB9B9B9;
+inline constexpr QRgb highlight = 0xFF0A64AD;
+
+} // namespace controls::colors
 
 namespace controls {
 
@@ -15,5 +34,12 @@ QFont sansFont(double points = 8.0, bool bold = false);
 
 /// The font of the displays, "Courier New" or a face of the same widths, in points.
 QFont displayFont(double points, bool bold = true);
+
+/// Fills a frame `width` pixels wide, just inside the bounds of `region`, which is what the widget paints
+/// itself. Its sides are whole device pixels and equally wide at any scale factor, where lines that a pen
+/// draws may vanish.
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
+               const QColor &bottomRight);
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color);
 
 } // namespace controls

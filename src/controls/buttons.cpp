@@ -1,6 +1,6 @@
 #include "buttons.h"
 
-#include "colors.h"
+#include "appearance.h"
 
 #include <QPainter>
 #include <QStyleOptionButton>
@@ -9,23 +9,19 @@ namespace controls {
 
 namespace {
 
-/// A one-pixel frame, light at the top left and dark at the bottom right, or the other way round when
-/// pressed.
+/// Light at the top left and dark at the bottom right, or the other way round when pressed.
 void drawEdge(QPainter &painter, const QRect &rect, bool pressed)
 {
-    const QRect edge = rect.adjusted(0, 0, -1, -1);
-    painter.setPen(QColor::fromRgb(pressed ? 0xFF505050 : colors::white));
-    painter.drawLine(edge.topLeft(), edge.topRight());
-    painter.drawLine(edge.topLeft(), edge.bottomLeft());
-    painter.setPen(QColor::fromRgb(pressed ? colors::white : 0xFF696969));
-    painter.drawLine(edge.bottomLeft(), edge.bottomRight());
-    painter.drawLine(edge.topRight(), edge.bottomRight());
+    const QColor light = QColor::fromRgb(colors::white);
+    if (pressed)
+        fillFrame(painter, rect, 1, QColor::fromRgb(0xFF505050), light);
+    else
+        fillFrame(painter, rect, 1, light, QColor::fromRgb(0xFF696969));
 }
 
 void drawFocus(QPainter &painter, const QRect &rect)
 {
-    painter.setPen(QPen(QColor::fromRgb(colors::highlight), 2));
-    painter.drawRect(rect.adjusted(2, 2, -2, -2));
+    fillFrame(painter, rect.adjusted(1, 1, -1, -1), 2, QColor::fromRgb(colors::highlight));
 }
 
 } // namespace
@@ -87,8 +83,7 @@ void ColorBox::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QColor::fromRgb(m_backColor));
-    painter.setPen(QColor::fromRgb(colors::edge));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    fillFrame(painter, rect(), 1, QColor::fromRgb(colors::edge));
     if (hasFocus())
         drawFocus(painter, rect());
 }

@@ -1,14 +1,13 @@
 #include "design_table.h"
 
+#include "appearance.h"
 #include "buttons.h"
 #include "combo_box.h"
 #include "label.h"
 #include "rich_text_box.h"
 #include "text_box.h"
-#include "units.h"
 
 #include <QCheckBox>
-#include <QFrame>
 #include <QListWidget>
 #include <QSlider>
 
@@ -16,9 +15,9 @@ namespace controls {
 
 namespace {
 
-QWidget *made(const DesignRow &row, QWidget *parent)
+QWidget *makeControl(const DesignRow &row, QWidget *parent)
 {
-    const QString caption = QString::fromLatin1(row.caption);
+    const QString caption = QString::fromUtf8(row.caption);
     switch (row.kind) {
     case Kind::Label: {
         auto *label = new Label(parent);
@@ -70,8 +69,9 @@ QWidget *made(const DesignRow &row, QWidget *parent)
     case Kind::ColorBox:
         return new ColorBox(parent);
     case Kind::Line: {
-        auto *line = new QFrame(parent);
-        line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+        auto *line = new QWidget(parent); // filled: a frame's line may vanish between two device pixels
+        line->setAutoFillBackground(true);
+        line->setPalette(QPalette(QColor::fromRgb(colors::black)));
         return line;
     }
     }
@@ -88,7 +88,7 @@ QRect placed(const DesignRow &row, const QWidget *widget)
 
 QWidget *buildControl(const DesignRow &row, QWidget *client)
 {
-    QWidget *widget = made(row, row.container ? control<QWidget>(client, row.container) : client);
+    QWidget *widget = makeControl(row, row.container ? control<QWidget>(client, row.container) : client);
     widget->setObjectName(QString::fromLatin1(row.name));
     const QRect place = placed(row, client);
     if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)

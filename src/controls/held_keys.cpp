@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QOperatingSystemVersion>
 
 namespace controls {
 
@@ -44,11 +45,14 @@ bool HeldKeys::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-/// On X11 isAutoRepeat is true by chance only: a held key is released and pressed again in the same
-/// millisecond, and Qt sees that where both events have arrived when it takes the first.
+/// The X server repeats a held key by a release and a press with the same time. Qt sets isAutoRepeat only
+/// when both have arrived by the time it takes the first. On Windows isAutoRepeat is right, and the times are
+/// those at which Qt takes the events: equal ones mean nothing.
 bool HeldKeys::isRepeat(const QKeyEvent &press) const
 {
-    return press.isAutoRepeat() || (press.key() == m_releasedKey && press.timestamp() == m_releaseTime);
+    if (press.isAutoRepeat() || QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
+        return press.isAutoRepeat();
+    return press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
 }
 
 } // namespace controls

@@ -3,8 +3,12 @@
 #include "error.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
+#include <QStyle>
 #include <QTimer>
 
 #include <deque>
@@ -31,14 +35,39 @@ void showNextReport()
     reportError(next.owner, next.error);
 }
 
+/// A width that shows the title whole: the desktop writes it in a font of its own, between an icon and three
+/// buttons.
+int titleWidth(const QMessageBox &box)
+{
+    QFont bold = box.font();
+    bold.setBold(true);
+    const int caption = box.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return QFontMetrics(bold, &box).horizontalAdvance(box.windowTitle()) * 5 / 4 + 4 * caption;
+}
+
+/// A notice, which has no icon, has its text and its button in the middle.
+void layOut(QMessageBox &box)
+{
+    auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    text->setMinimumWidth(titleWidth(box));
+    if (box.icon() == QMessageBox::NoIcon) {
+        auto *grid = qobject_cast<QGridLayout *>(box.layout());
+        grid->addWidget(text, 0, 0, 1, grid->columnCount()); // over the empty columns of the icon, too
+        text->setContentsMargins({});
+        text->setAlignment(Qt::AlignCenter);
+        box.findChild<QDialogButtonBox *>()->setCenterButtons(true);
+    }
+}
+
 QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title,
                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safe)
 {
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    // Its owner may be closed while it is open, and takes it along.
+    // Closing the owner deletes the box.
     const QPointer box = new QMessageBox(
         icon, title.isEmpty() ? QApplication::applicationDisplayName() : title, text, buttons, owner);
     box->setTextFormat(Qt::PlainText);
+    layOut(*box);
     box->setDefaultButton(safe);
     box->setEscapeButton(safe);
     ++openBoxes;

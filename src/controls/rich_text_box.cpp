@@ -1,6 +1,6 @@
 #include "rich_text_box.h"
 
-#include "colors.h"
+#include "appearance.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
@@ -200,8 +200,7 @@ void RichTextBox::paintEvent(QPaintEvent *event)
     if (!hasFocus())
         return;
     QPainter painter(viewport());
-    painter.setPen(QPen(QColor::fromRgb(colors::highlight), 1));
-    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    fillFrame(painter, viewport()->rect(), 1, QColor::fromRgb(colors::highlight));
 }
 
 void RichTextBox::wheelEvent(QWheelEvent *event)

@@ -1,6 +1,6 @@
 #include "text_box.h"
 
-#include "colors.h"
+#include "appearance.h"
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -76,8 +76,7 @@ void TextBox::paintEvent(QPaintEvent *event)
     QLineEdit::paintEvent(event);
     QPainter painter(this);
     // Neither colour is nearer to black or to white than the eye can tell apart.
-    painter.setPen(QColor::fromRgb(hasFocus() ? 0xFF2F80D0 : colors::edge));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    fillFrame(painter, rect(), 1, QColor::fromRgb(hasFocus() ? 0xFF2F80D0 : colors::edge));
 }
 
 } // namespace controls

@@ -39,8 +39,9 @@ void centreOnScreen(QWidget *window)
 
 void showInFront(QWidget *window)
 {
-    if (!window->isVisible())
+    if (!window->isVisible() && window->windowType() == Qt::Tool)
         os::keepOffTaskbar(window);
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     window->show();
     window->raise();
     window->activateWindow();

@@ -16,7 +16,7 @@ QSize roomFor(const QWidget *window);
 /// Moves a tool window that has its size and has not been shown yet to the middle of the screen.
 void centreOnScreen(QWidget *window);
 
-/// Shows a tool window, or brings one forward that is already open, and makes it the active one.
+/// Shows a window, or brings it forward where it is open or minimized, and makes it the active one.
 void showInFront(QWidget *window);
 
 } // namespace controls

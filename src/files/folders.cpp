@@ -23,7 +23,7 @@ QString executableName()
     const QString name = program.completeBaseName();
     if (!name.isEmpty())
         return name;
-    // A path that is no text in the system's encoding is not known.
+    // Qt gives no path that is not valid in the locale's encoding.
     return program.fileName().isEmpty() ? QCoreApplication::applicationName() : program.fileName();
 }
 

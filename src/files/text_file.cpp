@@ -9,7 +9,7 @@ namespace files {
 
 namespace {
 
-/// On Unix 8-bit text that is not UTF-8 mostly comes from a western Windows, which has Latin-1 in it.
+/// On Unix, 8-bit text that is not UTF-8 is mostly Windows-1252 or Latin-1, whose letters are the same.
 QStringDecoder codePageDecoder()
 {
     if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)

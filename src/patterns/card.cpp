@@ -1,10 +1,9 @@
 #include "card.h"
 
+#include "appearance.h"
 #include "buttons.h"
-#include "colors.h"
 #include "design_table.h"
 #include "numbers.h"
-#include "units.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QList>
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace speech {
 
@@ -16,27 +16,20 @@ enum SpFailure {
     SpSilent = 3,
     SpNoVoices = 4,
     SpNoSuchVoice = 5,
-    SpEngineFailed = 6,
 };
 
-struct SpVoiceInfo
-{
-    QString description;
-    QString language;       ///< as in "en-US"; letter case does not matter
-    bool isDefault = false; ///< the one that the desktop speaks with when nobody chooses
-};
-
-/// One text to speak. `voice` is a position in the list of voices, `rate` goes from -10 to 10.
+/// One text to speak. `voice` is a position in the list of voices, or nothing for the service's default;
+/// `rate` goes from -10 to 10.
 struct SpText
 {
     QString text;
-    qsizetype voice = 0;
+    std::optional<qsizetype> voice;
     int rate = 0;
 };
 
 /// One connection to a speech service, as small as SpVoice needs it: it speaks one text at a time and keeps
-/// neither a queue nor a clock. No function waits for the service. An engine that has failed is of no more
-/// use; destroying one silences its own text and nobody else's.
+/// neither a queue nor a clock. No function waits for the service. After failed() an engine is only
+/// destroyed; that silences its own text and no other program's.
 class SpEngine : public QObject
 {
     Q_OBJECT
@@ -53,7 +46,7 @@ public:
     virtual void ping() = 0;
 
 Q_SIGNALS:
-    void opened(const QList<speech::SpVoiceInfo> &voices);
+    void opened(const QStringList &voices); ///< their descriptions
     void begun();
     void ended();
     void alive();

@@ -4,6 +4,7 @@
 
 #include <QEventLoop>
 #include <QPointer>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <utility>
@@ -18,28 +19,11 @@ SpEngineFactory &systemEngine()
     return factory;
 }
 
-/// What names the language in "en-US" or "en_US".
-QString languageOf(const QString &tag)
+/// A comma before a digit is a decimal comma in many languages, and makes no pause. With a blank it does.
+QString withPauses(QString text)
 {
-    return tag.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
-}
-
-/// The best voice for a language: of its territory, of none, of the language's main territory, of any.
-std::optional<qsizetype> voiceFor(const QList<SpVoiceInfo> &voices, const QLocale &locale)
-{
-    const QString language = languageOf(locale.name());
-    for (const QString &wish : {locale.name(), language, QLocale(language).name()}) {
-        for (qsizetype i = 0; i < voices.size(); ++i) {
-            QString tag = voices[i].language;
-            if (tag.replace(u'_', u'-').compare(QString(wish).replace(u'_', u'-'), Qt::CaseInsensitive) == 0)
-                return i;
-        }
-    }
-    for (qsizetype i = 0; i < voices.size(); ++i) {
-        if (languageOf(voices[i].language) == language)
-            return i;
-    }
-    return std::nullopt;
+    static const QRegularExpression comma(QStringLiteral(",(?=\\d)"));
+    return text.replace(comma, QStringLiteral(", "));
 }
 
 files::Error noSuchVoice(qsizetype position)
@@ -57,18 +41,18 @@ struct SpVoice::Wait
 };
 
 SpVoice::SpVoice(QObject *parent)
-    // A program's first window is painted before a service that has to be started competes with it.
+    // The first window is painted before a service that has to be started competes with it.
     : SpVoice(systemEngine(), {.beforeOpening = std::chrono::milliseconds(150)}, parent)
 {
 }
 
-SpVoice::SpVoice(SpEngineFactory makeEngine, const SpPatience &patience, QObject *parent)
+SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent)
     : QObject(parent)
     , m_makeEngine(std::move(makeEngine))
-    , m_patience(patience)
+    , m_timeouts(timeouts)
 {
-    m_pulse.setInterval(m_patience.pulse);
-    connect(&m_pulse, &QTimer::timeout, this, &SpVoice::pulse);
+    m_pingTimer.setInterval(m_timeouts.ping);
+    connect(&m_pingTimer, &QTimer::timeout, this, &SpVoice::ping);
     openEngine();
 }
 
@@ -85,28 +69,6 @@ void SpVoice::setSystemEngine(SpEngineFactory makeEngine)
     systemEngine() = std::move(makeEngine);
 }
 
-// ---- Voices
-// --------------------------------------------------------------------------------------------------
-
-qsizetype SpVoice::defaultVoice(const QList<SpVoiceInfo> &voices, const QLocale &user)
-{
-    for (qsizetype i = 0; i < voices.size(); ++i) {
-        if (voices[i].isDefault && languageOf(voices[i].language) == languageOf(user.name()))
-            return i;
-    }
-    if (const auto position = voiceFor(voices, user))
-        return *position;
-    return voiceFor(voices, QLocale(QLocale::English, QLocale::UnitedStates)).value_or(0);
-}
-
-QStringList SpVoice::GetVoices() const
-{
-    QStringList descriptions;
-    for (const SpVoiceInfo &voice : m_voices.value_or(QList<SpVoiceInfo>()))
-        descriptions.append(voice.description);
-    return descriptions;
-}
-
 void SpVoice::setVoice(qsizetype position)
 {
     if (position < 0 || (m_voices && position >= m_voices->size()))
@@ -119,8 +81,7 @@ void SpVoice::setRate(int rate)
     m_rate = std::clamp(rate, -10, 10);
 }
 
-// ---- Speaking
-// ------------------------------------------------------------------------------------------------
+// ---- The queue ----
 
 int SpVoice::Speak(const QString &text, int flags)
 {
@@ -128,7 +89,7 @@ int SpVoice::Speak(const QString &text, int flags)
         openEngine();
     const int number = ++m_lastStream;
     m_streams.push_back({number, text, m_voice, m_rate, nullptr});
-    later([this] { speakNext(); });
+    post([this] { speakNext(); });
     if (!(flags & SVSFlagsAsync))
         waitForLast();
     return number;
@@ -156,33 +117,30 @@ void SpVoice::speakNext()
 {
     if (m_speaking || m_streams.empty())
         return;
-    const Stream &first = m_streams.front();
-    if (first.text.trimmed().isEmpty()) {
-        endFirst(); // Of a blank text some services never report the end.
-    } else if (m_voices) {
-        const qsizetype position = first.voice.value_or(defaultVoice(*m_voices, QLocale::system()));
-        speakFirst(position);
-    }
+    if (m_streams.front().text.trimmed().isEmpty())
+        endFirst(); // Some services never report the end of a blank text.
+    else if (m_voices)
+        speakFirst();
 }
 
-void SpVoice::speakFirst(qsizetype position)
+void SpVoice::speakFirst()
 {
     const Stream &first = m_streams.front();
-    if (position < m_voices->size()) {
-        m_speaking = true;
-        bePatientFor(m_patience.toBegin);
-        m_engine->speak({first.text, position, first.rate});
-    } else {
-        lose({first}, noSuchVoice(position));
+    if (first.voice && *first.voice >= m_voices->size()) {
+        failAll({first}, noSuchVoice(*first.voice));
         m_streams.pop_front();
-        later([this] { speakNext(); });
+        post([this] { speakNext(); });
+    } else {
+        m_speaking = true;
+        startTimeout(m_timeouts.toBegin);
+        m_engine->speak({withPauses(first.text), first.voice, first.rate});
     }
 }
 
 void SpVoice::textBegan()
 {
     if (m_speaking)
-        bePatientFor(m_patience.toEnd + m_streams.front().text.size() * m_patience.toEndPerCharacter);
+        startTimeout(m_timeouts.toEnd + m_streams.front().text.size() * m_timeouts.toEndPerCharacter);
 }
 
 void SpVoice::textEnded()
@@ -190,7 +148,7 @@ void SpVoice::textEnded()
     if (!m_speaking)
         return;
     m_speaking = false;
-    m_pulse.stop();
+    m_pingTimer.stop();
     endFirst();
 }
 
@@ -200,28 +158,29 @@ void SpVoice::endFirst()
     m_streams.pop_front();
     if (first.wait)
         first.wait->loop.quit();
-    later([this, first] { Q_EMIT EndStream(first.number, first.text.size()); });
-    later([this] { speakNext(); });
+    post([this, first] { Q_EMIT EndStream(first.number, first.text.size()); });
+    post([this] { speakNext(); });
 }
 
-/// One failure for all that wait: whoever waits in Speak has it thrown, for the others it is signalled once.
-void SpVoice::lose(const std::deque<Stream> &streams, const files::Error &error)
+/// Throws `error` in each Speak that waits; signals it once for all other texts.
+void SpVoice::failAll(const std::deque<Stream> &streams, const files::Error &error)
 {
-    bool isSignalled = false;
     for (const Stream &stream : streams) {
         if (stream.wait) {
             stream.wait->error = error;
             stream.wait->loop.quit();
-        } else {
-            isSignalled = true;
         }
     }
-    if (isSignalled)
-        later([this, error] { Q_EMIT Failed(error.number, error.description); });
+    if (!std::ranges::all_of(streams, &Stream::wait))
+        signalFailure(error);
 }
 
-// ---- The engine
-// ----------------------------------------------------------------------------------------------
+void SpVoice::signalFailure(const files::Error &error)
+{
+    post([this, error] { Q_EMIT Failed(error.number, error.description); });
+}
+
+// ---- The engine ----
 
 void SpVoice::openEngine()
 {
@@ -234,46 +193,49 @@ void SpVoice::openEngine()
     connect(engine, &SpEngine::failed, this, [this](int number, const QString &description) {
         engineFailed({number, description});
     });
-    bePatientFor(m_patience.toOpen);
-    QTimer::singleShot(m_patience.beforeOpening, engine, &SpEngine::open);
+    startTimeout(m_timeouts.toOpen);
+    QTimer::singleShot(m_timeouts.beforeOpening, engine, &SpEngine::open);
 }
 
-void SpVoice::engineOpened(const QList<SpVoiceInfo> &voices)
+void SpVoice::engineOpened(const QStringList &voices)
 {
     if (voices.isEmpty()) {
         engineFailed({SpNoVoices, QStringLiteral("The speech service has no voices.")});
         return;
     }
-    m_pulse.stop();
+    m_pingTimer.stop();
     m_voices = voices;
-    later([this] { Q_EMIT VoicesKnown(); });
+    post([this] { Q_EMIT VoicesKnown(); });
     speakNext();
 }
 
 void SpVoice::engineFailed(const files::Error &error)
 {
-    if (!m_voices)
-        later([this, error] { Q_EMIT VoicesUnknown(error.number, error.description); });
-    m_pulse.stop();
+    if (!m_voices && m_streams.empty())
+        signalFailure(error);
+    m_pingTimer.stop();
     m_voices.reset();
     m_speaking = false;
     m_engine->disconnect(this);
-    m_engine.release()->deleteLater(); // It may be the one that is telling.
-    lose(std::exchange(m_streams, {}), error);
+    m_engine.release()->deleteLater(); // This may be a call from inside it.
+    failAll(std::exchange(m_streams, {}), error);
 }
 
-void SpVoice::bePatientFor(std::chrono::milliseconds time)
+void SpVoice::startTimeout(std::chrono::milliseconds time)
 {
     m_timeLeft = time;
     m_unanswered = 0;
-    m_pulse.start();
+    m_pingTimer.start();
 }
 
-void SpVoice::pulse()
+void SpVoice::ping()
 {
-    m_timeLeft -= m_patience.pulse;
+    m_timeLeft -= m_timeouts.ping;
     if (m_timeLeft.count() <= 0 || m_unanswered == 2) {
-        engineFailed({SpSilent, QStringLiteral("The speech service does not answer.")});
+        QString description = QStringLiteral("The speech service does not answer.");
+        if (!std::ranges::all_of(m_streams, &Stream::wait))
+            description += QStringLiteral(" The waiting calls were not spoken.");
+        engineFailed({SpSilent, description});
         return;
     }
     ++m_unanswered;
@@ -281,7 +243,7 @@ void SpVoice::pulse()
 }
 
 template <typename Function>
-void SpVoice::later(Function function)
+void SpVoice::post(Function function)
 {
     QMetaObject::invokeMethod(this, std::move(function), Qt::QueuedConnection);
 }

@@ -3,33 +3,29 @@
 #include "error.h"
 #include "sp_engine.h"
 
-#include <QLocale>
-#include <QStringList>
 #include <QTimer>
 #include <QVariant>
 
 #include <chrono>
 #include <deque>
-#include <optional>
 
 namespace speech {
 
-/// How long a silent service is waited for. Time is counted in pulses: at every pulse the service is asked
-/// for a sign of life, and two pulses without one end the patience at once.
-struct SpPatience
+/// Timeouts. Two unanswered pings in a row count as failure.
+struct SpTimeouts
 {
-    std::chrono::milliseconds pulse = std::chrono::seconds(5);
+    std::chrono::milliseconds ping = std::chrono::seconds(5);
     std::chrono::milliseconds toOpen = std::chrono::seconds(20);
-    std::chrono::milliseconds toBegin = std::chrono::seconds(60); ///< another program may be speaking
+    std::chrono::milliseconds toBegin = std::chrono::seconds(25); ///< another program may be speaking
     std::chrono::milliseconds toEnd = std::chrono::seconds(20);
     std::chrono::milliseconds toEndPerCharacter = std::chrono::milliseconds(500);
-    std::chrono::milliseconds beforeOpening{}; ///< so long a service is left alone after a voice is made
+    std::chrono::milliseconds beforeOpening{}; ///< between making a voice and opening its service
 };
 
-/// A voice that speaks the texts handed to it one after the other, whatever the desktop's speech service does
+/// A voice that speaks the texts handed to it one after the other, whatever the system's speech service does
 /// or fails to do. Each text ends in exactly one of two ways: spoken (EndStream) or failed. A failure that is
 /// known before a function returns is thrown as Error; one that comes later is signalled. When the service
-/// fails, all texts that wait are lost with it, in one failure; the next text opens the service anew.
+/// fails, all waiting texts are lost in one failure; the next text opens the service anew.
 /// Signals come from the event loop, never from inside a function.
 class SpVoice : public QObject
 {
@@ -41,47 +37,35 @@ public:
         SVSFlagsAsync = 1, ///< Speak returns at once
     };
 
-    /// Opens the desktop's speech service behind the caller's back. Throws Error when none is installed.
+    /// Starts to open the system's speech service and returns. Throws Error when none is installed.
     explicit SpVoice(QObject *parent = nullptr);
-    SpVoice(SpEngineFactory makeEngine, const SpPatience &patience, QObject *parent = nullptr);
+    SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent = nullptr);
     ~SpVoice() override;
 
-    /// What the voices made from now on speak through, instead of the desktop's service: for tests of
-    /// windows.
+    /// For tests: what voices made from now on speak through, instead of the system's service.
     static void setSystemEngine(SpEngineFactory makeEngine);
 
-    /// True while a Speak that waits is under way, in any voice.
+    /// True while any voice is in a Speak that waits.
     static bool isWaiting() { return s_waiting > 0; }
 
-    /// The position of the voice for a user who has chosen none: the desktop's own choice where that speaks
-    /// the user's language, else a voice of that language, else an English one, else 0. `voices` is not
-    /// empty.
-    static qsizetype defaultVoice(const QList<SpVoiceInfo> &voices, const QLocale &user);
+    /// The descriptions of the installed voices, in the order of their positions. Empty until VoicesKnown.
+    QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
 
-    /// The descriptions of the installed voices, in the order of their positions. Empty as long as the list
-    /// is not known: VoicesKnown tells when it is, VoicesUnknown that it cannot be had.
-    QStringList GetVoices() const;
-
-    /// The voice of the texts that follow. Throws Error when the list is known and has no such position;
-    /// otherwise the texts are checked, one by one, when it is.
+    /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
+    /// is known and has no such position; else that is found out text by text.
     void setVoice(qsizetype position);
 
-    /// The speed of the texts that follow, -10 to 10; what lies outside counts as the nearer end.
+    /// The speed of the texts that follow, clamped to -10 to 10.
     void setRate(int rate);
 
-    /// Taken note of only: no text here is ever cut into by another.
-    void setAlertBoundary(int boundary) { m_alertBoundary = boundary; }
-    int alertBoundary() const { return m_alertBoundary; }
-
     /// Queues `text` and returns the number of its stream, 1 or more. Without SVSFlagsAsync it then runs an
-    /// event loop until the text has been spoken; throws Error when it could not be. What the user types and
-    /// clicks meanwhile is the application's matter: see isWaiting.
+    /// event loop until the text has been spoken, and throws Error when it could not be.
     int Speak(const QString &text, int flags);
 
 Q_SIGNALS:
     void VoicesKnown();
-    void VoicesUnknown(int number, const QString &description);
     void EndStream(int StreamNumber, const QVariant &StreamPosition);
+    /// Texts were lost, or the service could not be opened although no text wanted it yet.
     void Failed(int number, const QString &description);
 
 private:
@@ -96,33 +80,33 @@ private:
     };
 
     void openEngine();
-    void engineOpened(const QList<SpVoiceInfo> &voices);
+    void engineOpened(const QStringList &voices);
     void engineFailed(const files::Error &error);
     void waitForLast();
     void speakNext();
-    void speakFirst(qsizetype position);
+    void speakFirst();
     void textBegan();
     void textEnded();
     void endFirst();
-    void lose(const std::deque<Stream> &streams, const files::Error &error);
-    void bePatientFor(std::chrono::milliseconds time);
-    void pulse();
+    void failAll(const std::deque<Stream> &streams, const files::Error &error);
+    void signalFailure(const files::Error &error);
+    void startTimeout(std::chrono::milliseconds time);
+    void ping();
     template <typename Function>
-    void later(Function function);
+    void post(Function function);
 
     SpEngineFactory m_makeEngine;
-    SpPatience m_patience;
+    SpTimeouts m_timeouts;
     std::unique_ptr<SpEngine> m_engine;
-    std::optional<QList<SpVoiceInfo>> m_voices; ///< known once the engine is open
-    std::deque<Stream> m_streams;               ///< the first one is being spoken when m_speaking
+    std::optional<QStringList> m_voices; ///< known once the engine is open
+    std::deque<Stream> m_streams;        ///< the first one is being spoken when m_speaking
     bool m_speaking = false;
     std::optional<qsizetype> m_voice;
     int m_rate = 0;
-    int m_alertBoundary = 0;
     int m_lastStream = 0;
-    QTimer m_pulse{this};
+    QTimer m_pingTimer{this};
     std::chrono::milliseconds m_timeLeft{};
-    int m_unanswered = 0; ///< pulses since the last sign of life
+    int m_unanswered = 0; ///< pings since the last sign of life
 
     static inline int s_waiting = 0;
 };

@@ -1,6 +1,7 @@
 #include "ssip_engine.h"
 
 #include "error.h"
+#include "voice_language.h"
 
 #include <QFile>
 #include <QStandardPaths>
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <utility>
 
+#include <pwd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -23,11 +25,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto retryPause = 50ms;
-constexpr int starterPatience = 1000; // milliseconds
-// A starter that fails may have met another one at work: this many more tries find out.
+// A starter fails when another one is at work: so many more tries find out.
 constexpr int triesAfterFailedStart = 40;
 
-/// The path of the service's socket. Throws Error when the user has sent programs to another kind of address.
+/// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
 QString socketPath()
 {
     const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
@@ -51,7 +52,7 @@ QString serviceCommand()
         qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
 }
 
-/// A socket that is connected to the service; -1 when nobody answers. Nothing that is done with it waits.
+/// A non-blocking socket connected to the service, or -1 when nobody answers.
 int connectedSocket(const QString &address)
 {
     const QByteArray path = QFile::encodeName(address);
@@ -71,6 +72,18 @@ bool somebodyAnswers(const QString &address)
 {
     const int socket = connectedSocket(address);
     return socket >= 0 && ::close(socket) == 0;
+}
+
+QByteArray loginName()
+{
+    const passwd *user = getpwuid(getuid());
+    return user ? user->pw_name : "user";
+}
+
+/// espeak-ng lists each voice once more with every timbre: "English (America)+Annie", language, "Annie".
+bool isTimbre(const QByteArray &name, const QByteArray &variant)
+{
+    return !variant.isEmpty() && name.endsWith('+' + variant);
 }
 
 /// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
@@ -96,7 +109,11 @@ SsipEngine::SsipEngine()
 
 SsipEngine::~SsipEngine()
 {
-    m_starter.waitForFinished(starterPatience); // killed half-way, it would leave half a service behind
+    // A starter still at work is left alone: killed half-way, it would leave half a service behind.
+    if (m_starter && m_starter->state() != QProcess::NotRunning) {
+        QProcess *starter = m_starter.release();
+        connect(starter, &QProcess::finished, starter, &QObject::deleteLater);
+    }
     if (m_socket >= 0) {
         m_incoming.setEnabled(false);
         send("CANCEL SELF\r\nQUIT\r\n");
@@ -104,8 +121,7 @@ SsipEngine::~SsipEngine()
     }
 }
 
-// ---- Reaching the service
-// ------------------------------------------------------------------------------------
+// ---- Reaching the service ----
 
 void SsipEngine::open()
 {
@@ -119,47 +135,66 @@ void SsipEngine::open()
     greet();
 }
 
-/// Nobody answers: starts the service, once, and tries again. A service that never comes up although it was
-/// started well is a matter of SpVoice's patience.
+/// Nobody answers: starts the service, once, and tries again. If it never comes up although the starter
+/// succeeded, SpVoice's timeout ends the tries.
 void SsipEngine::connectionFailed()
 {
-    if (m_starter.arguments().isEmpty())
+    if (!m_starter)
         startService();
-    const bool startFailed = m_starter.state() == QProcess::NotRunning &&
-                             (m_starter.error() == QProcess::FailedToStart || m_starter.exitCode() != 0);
+    const bool startFailed = m_starter->state() == QProcess::NotRunning &&
+                             (m_starter->error() == QProcess::FailedToStart || m_starter->exitCode() != 0);
     if (startFailed && --m_triesLeft == 0)
-        Q_EMIT failed(SpNotInstalled, QStringLiteral("The speech service cannot be started."));
+        Q_EMIT failed(SpNotInstalled, startError());
     else
         QTimer::singleShot(retryPause, this, &SsipEngine::open);
 }
 
 void SsipEngine::startService()
 {
-    m_starter.setStandardOutputFile(QProcess::nullDevice());
-    m_starter.setStandardErrorFile(QProcess::nullDevice());
-    m_starter.start(serviceCommand(),
-                    {QStringLiteral("--spawn"), QStringLiteral("--communication-method"),
-                     QStringLiteral("unix_socket"), QStringLiteral("--socket-path"), m_address});
+    m_starter = std::make_unique<QProcess>();
+    m_starter->setProcessChannelMode(QProcess::MergedChannels);
+    if (m_starterOutput.open())
+        m_starter->setStandardOutputFile(m_starterOutput.fileName());
+    m_starter->start(serviceCommand(),
+                     {QStringLiteral("--spawn"), QStringLiteral("--communication-method"),
+                      QStringLiteral("unix_socket"), QStringLiteral("--socket-path"), m_address});
+}
+
+/// The starter's last line of output tells the reason.
+QString SsipEngine::startError()
+{
+    const QString output = QString::fromLocal8Bit(m_starterOutput.readAll()).trimmed();
+    return output.isEmpty() ? QStringLiteral("The speech service cannot be started.")
+                            : output.section(u'\n', -1).trimmed();
 }
 
 void SsipEngine::greet()
 {
-    demand("SET SELF CLIENT_NAME user:vellomir:main");
-    demand("SET SELF PRIORITY message");
-    demand("SET SELF NOTIFICATION ALL on");
-    demand("SET SELF PUNCTUATION none");
-    demand("LIST OUTPUT_MODULES", [this](const Reply &reply) { listVoices(reply.lines); });
+    set("CLIENT_NAME", loginName() + ":vellomir:main");
+    set("PRIORITY", "message");
+    set("NOTIFICATION", "ALL on");
+    // The ways in which a screen reader's user has texts read out are not for calls.
+    set("PUNCTUATION", "none");
+    set("CAP_LET_RECOGN", "none");
+    set("SPELLING", "off");
+    requireOk("GET OUTPUT_MODULE", [this](const Reply &reply) {
+        m_default.module = m_settings["OUTPUT_MODULE"] = reply.lines.value(0);
+    });
+    requireOk("GET LANGUAGE",
+              [this](const Reply &reply) { m_default.language = QString::fromUtf8(reply.lines.value(0)); });
+    requireOk("LIST OUTPUT_MODULES", [this](const Reply &reply) { listVoices(reply.lines); });
 }
 
 void SsipEngine::listVoices(QList<QByteArray> modules)
 {
     modules.removeAll("dummy");
     if (modules.isEmpty()) {
-        Q_EMIT opened(m_voiceInfos);
+        chooseDefaultVoice();
+        Q_EMIT opened(descriptions());
         return;
     }
     const QByteArray module = modules.takeFirst();
-    demand("SET SELF OUTPUT_MODULE " + module);
+    set("OUTPUT_MODULE", module);
     request("LIST SYNTHESIS_VOICES", [this, module, modules](const Reply &reply) {
         if (!reply.isRefusal())
             addVoices(module, reply.lines);
@@ -171,27 +206,49 @@ void SsipEngine::listVoices(QList<QByteArray> modules)
 void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &lines)
 {
     for (const QByteArray &line : lines) {
-        // espeak-ng lists each voice once more with every timbre: "English (America)+Annie".
-        if (line.contains('+'))
-            continue;
         const QList<QByteArray> fields = line.split('\t');
-        m_voices.append({module, fields[0]});
-        m_voiceInfos.append({QString::fromUtf8(fields[0]), QString::fromUtf8(fields.value(1))});
+        if (!isTimbre(fields[0], fields.value(2)))
+            m_voices.append({module, fields[0], QString::fromUtf8(fields.value(1))});
     }
 }
 
-// ---- Speaking
-// ------------------------------------------------------------------------------------------------
+/// The default module's own voice, unless it speaks another language than the user and the module has a voice
+/// for the user's.
+void SsipEngine::chooseDefaultVoice()
+{
+    const QLocale user(QLocale::system().uiLanguages().value(0));
+    if (isLanguageOf(m_default.language, user))
+        return;
+    QStringList languages;
+    for (const Voice &voice : m_voices)
+        languages.append(voice.module == m_default.module ? voice.language : QString());
+    if (const auto position = bestLanguage(languages, user))
+        m_default = m_voices[*position];
+}
+
+/// The voices' names, with the module where two voices have the same.
+QStringList SsipEngine::descriptions() const
+{
+    QStringList list;
+    for (const Voice &voice : m_voices) {
+        const bool isUnique = std::ranges::count(m_voices, voice.name, &Voice::name) == 1;
+        list.append(QString::fromUtf8(isUnique ? voice.name : voice.name + " (" + voice.module + ')'));
+    }
+    return list;
+}
+
+// ---- Speaking ----
 
 void SsipEngine::speak(const SpText &text)
 {
-    const Voice &voice = m_voices.at(text.voice);
+    const Voice &voice = text.voice ? m_voices.at(*text.voice) : m_default;
     m_text.clear();
     m_earlyEvents.clear();
-    demand("SET SELF OUTPUT_MODULE " + voice.module);
-    demand("SET SELF SYNTHESIS_VOICE " + voice.name);
-    demand("SET SELF RATE " + QByteArray::number(10 * text.rate));
-    demand("SPEAK", [this, data = dataLines(text.text)](const Reply &) {
+    set("OUTPUT_MODULE", voice.module);
+    if (!voice.name.isEmpty())
+        set("SYNTHESIS_VOICE", voice.name);
+    set("RATE", QByteArray::number(10 * text.rate));
+    requireOk("SPEAK", [this, data = dataLines(text.text)](const Reply &) {
         // Ahead of everything that has been asked meanwhile: the service takes the next lines for the text.
         m_commands.push_front(
             {data, orFail([this](const Reply &reply) { textAccepted(reply.lines.value(0)); })});
@@ -228,8 +285,18 @@ void SsipEngine::report(const Event &event)
         Q_EMIT ended();
 }
 
-// ---- The protocol
-// --------------------------------------------------------------------------------------------
+// ---- The protocol ----
+
+/// Sends a setting when it changes.
+void SsipEngine::set(const QByteArray &name, const QByteArray &value)
+{
+    if (m_settings.value(name) == value)
+        return;
+    m_settings[name] = value;
+    if (name == "OUTPUT_MODULE")
+        m_settings.remove("SYNTHESIS_VOICE"); // the service forgets the voice
+    requireOk("SET SELF " + name + ' ' + value);
+}
 
 void SsipEngine::request(const QByteArray &line, Handler done)
 {
@@ -237,8 +304,8 @@ void SsipEngine::request(const QByteArray &line, Handler done)
     sendNext();
 }
 
-/// A command without which nothing goes on: its refusal is a failure.
-void SsipEngine::demand(const QByteArray &line, Handler done)
+/// A refusal is a failure.
+void SsipEngine::requireOk(const QByteArray &line, Handler done)
 {
     request(line, orFail(std::move(done)));
 }
@@ -262,7 +329,7 @@ void SsipEngine::sendNext()
     m_commands.pop_front();
 }
 
-/// What a service that is gone or hangs does not take is not sent: receive() or SpVoice's patience notice.
+/// Does not wait. When the service takes no more, data is lost; receive() or SpVoice's timeout notices that.
 void SsipEngine::send(const QByteArray &data)
 {
     ::send(m_socket, data.data(), static_cast<std::size_t>(data.size()), MSG_NOSIGNAL);
@@ -291,13 +358,13 @@ void SsipEngine::readLines()
         if (line.mid(3, 1) == "-")
             m_lines.append(line.mid(4));
         else
-            take({line.left(3).toInt(), std::exchange(m_lines, {}), line.mid(4)});
+            dispatch({line.left(3).toInt(), std::exchange(m_lines, {}), line.mid(4)});
     }
     m_received.remove(0, start);
 }
 
-/// What begins with a 7 is reported unasked; all else answers the command that is under way.
-void SsipEngine::take(const Reply &message)
+/// Codes from 700 are reports; all else answers the command that is under way.
+void SsipEngine::dispatch(const Reply &message)
 {
     if (message.code / 100 == 7) {
         report({message.code, message.lines.value(0)});

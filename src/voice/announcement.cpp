@@ -8,12 +8,6 @@ using speech::SpVoice;
 
 namespace voice {
 
-namespace {
-
-constexpr int phonemes = 64; // the alert boundary SVEPhoneme
-
-} // namespace
-
 Announcement::Announcement(const VoiceChoice &choice)
     : m_choice(choice)
 {
@@ -26,7 +20,6 @@ void Announcement::createVoice()
     V = std::make_unique<SpVoice>();
     connect(V.get(), &SpVoice::EndStream, this, &Announcement::EndStream);
     connect(V.get(), &SpVoice::Failed, this, &Announcement::Failed);
-    V->setAlertBoundary(phonemes);
 }
 
 QString Announcement::firstPhrase(int n)

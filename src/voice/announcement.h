@@ -1,7 +1,5 @@
 #pragma once
 
-#include "voice_choice.h"
-
 #include <QObject>
 
 #include <memory>
@@ -12,6 +10,15 @@ class SpVoice;
 } // namespace speech
 
 namespace voice {
+
+/// The voice and the speed of the spoken calls, chosen for the rest of the run.
+struct VoiceChoice
+{
+    /// Position in the list of installed voices, as decimal text; empty for the default voice.
+    QString VoiceIndex;
+    /// Speaking rate, -10 to 10.
+    int VoiceRate = 0;
+};
 
 /// What is said of the calls: two phrases each, the second when the first has been spoken, by the voice that
 /// the operator chose. It does not know the board, and shows no failure: it throws or signals it.

@@ -1,11 +1,11 @@
 #include "frmVoices.h"
 
+#include "announcement.h"
+#include "delayed_input.h"
 #include "design_table.h"
 #include "error.h"
 #include "message_box.h"
 #include "sp_voice.h"
-#include "units.h"
-#include "voice_choice.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -35,7 +35,7 @@ constexpr int clientHeight = 4545;
 
 } // namespace
 
-frmVoices::frmVoices(VoiceChoice &choice, QWidget *owner)
+frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
     : QWidget(owner, Qt::Window)
     , m_choice(choice)
 {
@@ -64,14 +64,14 @@ void frmVoices::Form_Load()
     try {
         oVoice = std::make_unique<SpVoice>();
     } catch (const files::Error &error) {
-        controls::reportError(this, error);
+        controls::reportError(parentWidget(), error);
         return;
     }
     connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {
         if (List1->count() == 0)
             List1->addItems(oVoice->GetVoices());
     });
-    connect(oVoice.get(), &SpVoice::VoicesUnknown, this, [this](int number, const QString &description) {
+    connect(oVoice.get(), &SpVoice::Failed, this, [this](int number, const QString &description) {
         controls::reportError(this, {number, description});
     });
 }
@@ -82,6 +82,7 @@ void frmVoices::cListen_Click()
         return;
     oVoice->setVoice(List1->currentRow());
     oVoice->setRate(Slider1->value());
+    const controls::DelayedInput delayed;
     oVoice->Speak(QStringLiteral("Bee 4, Oh 62, Eye 25"), SpVoice::SVSFDefault);
 }
 

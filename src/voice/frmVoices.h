@@ -6,11 +6,14 @@
 
 class QListWidget;
 class QSlider;
-struct VoiceChoice;
 
 namespace speech {
 class SpVoice;
 } // namespace speech
+
+namespace voice {
+struct VoiceChoice;
+} // namespace voice
 
 /// The window in which the operator chooses a voice and a speed, -10 to 10, for the spoken calls. It shows
 /// nothing of the choice in force, and changes it only when cSave is pressed.
@@ -20,7 +23,7 @@ class frmVoices : public QWidget
 
 public:
     /// `choice` must outlive the window.
-    frmVoices(VoiceChoice &choice, QWidget *owner);
+    frmVoices(voice::VoiceChoice &choice, QWidget *owner);
     ~frmVoices() override;
 
     /// Opens the speech service, which fills the list as soon as it answers. Says so over the window when
@@ -32,7 +35,7 @@ private:
     void cSave_Click();
     bool voiceSelected();
 
-    VoiceChoice &m_choice;
+    voice::VoiceChoice &m_choice;
     std::unique_ptr<speech::SpVoice> oVoice;
     QListWidget *List1 = nullptr;
     QSlider *Slider1 = nullptr;

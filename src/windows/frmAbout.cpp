@@ -1,17 +1,46 @@
 #include "frmAbout.h"
 
 #include "appearance.h"
-#include "frmAbout_design.h"
+#include "design_table.h"
 #include "label.h"
 #include "publisher.h"
 #include "tool_window.h"
-#include "units.h"
 
-#include <QPushButton>
 #include <QDesktopServices>
+#include <QPushButton>
 #include <QUrl>
 
 using controls::control;
+using controls::DesignRow;
+using controls::Kind;
+
+namespace {
+
+constexpr int clientWidth = 4680; // twips
+constexpr int clientHeight = 3795;
+
+// clang-format off
+constexpr DesignRow design[] = {
+    // kind              name      caption                        left   top  width height  tab
+    {Kind::CentredLabel, "Label1", VELLOMIR_NAME,                1440,  240,  1665,   300,   0},
+    {Kind::CentredLabel, "Label2", "Version " VELLOMIR_VERSION,  1215,  720,  2115,   300,   1},
+    {Kind::Label,        "Label3", publisher::name,               120, 1320,  2535,   240,   2},
+    {Kind::Label,        "Label4", publisher::street,             120, 1560,  1860,   195,   3},
+    {Kind::Label,        "Label5", publisher::town,               120, 1800,  2010,   195,   4},
+    {Kind::Label,        "Label6", publisher::telephone,          120, 2040,  1080,   195,   5},
+    {Kind::PushButton,   "cOK",    "Ok",                         3000, 1440,  1335,   255,   7},
+    {Kind::PushButton,   "cGoTo",  "Go To Website",              3000, 1920,  1335,   255,   8},
+    {Kind::Line,         "Line1",  "",                            360, 2835,  4080,    15,  -1},
+    {Kind::Label,        "Label7", publisher::rights,            1185, 3075,  2325,   195,   6},
+};
+
+/// Labels in bold letters of their own size, in points.
+constexpr struct { const char *name; double points; } fonts[] = {
+    {"Label1", 12.0}, {"Label2", 12.0}, {"Label3", 9.75},
+};
+// clang-format on
+
+} // namespace
 
 frmAbout::frmAbout(QWidget *owner)
     : QWidget(owner)
@@ -20,36 +49,20 @@ frmAbout::frmAbout(QWidget *owner)
     setWindowTitle(QStringLiteral("About"));
     controls::makeToolWindow(this);
     buildControls();
-    setCaptions();
-    Form_Load();
 }
 
 void frmAbout::buildControls()
 {
-    controls::buildDesign(aboutDesign::controls(), this);
-    setFixedSize(controls::pixels(aboutDesign::clientWidth, logicalDpiX()),
-                 controls::pixels(aboutDesign::clientHeight, logicalDpiX()));
-    for (const auto &[label, points] : aboutDesign::labelFonts())
-        control<QWidget>(this, label)->setFont(controls::sansFont(points, true));
+    controls::buildDesign(design, this);
+    setFixedSize(controls::pixels(clientWidth, logicalDpiX()), controls::pixels(clientHeight, logicalDpiX()));
+    for (const auto &[name, points] : fonts) {
+        auto *label = control<controls::Label>(this, name);
+        label->setFont(controls::sansFont(points, true));
+        label->adjustSize();
+    }
     connect(control<QPushButton>(this, "cOK"), &QPushButton::clicked, this, &frmAbout::cOK_Click);
     connect(control<QPushButton>(this, "cGoTo"), &QPushButton::clicked, this, &frmAbout::cGoTo_Click);
     control<QPushButton>(this, "cOK")->setFocus();
-}
-
-void frmAbout::setCaptions()
-{
-    const struct
-    {
-        const char *label;
-        const char *caption;
-    } captions[] = {
-        {"Label1", VELLOMIR_NAME},        {"Label2", "Version " VELLOMIR_VERSION},
-        {"Label3", publisher::name},   {"Label4", publisher::street},
-        {"Label5", publisher::town},   {"Label6", publisher::telephone},
-        {"Label7", publisher::rights},
-    };
-    for (const auto &[label, caption] : captions)
-        control<controls::Label>(this, label)->setCaption(QString::fromUtf8(caption));
 }
 
 void frmAbout::Form_Load()

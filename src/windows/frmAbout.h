@@ -11,11 +11,11 @@ class frmAbout : public QWidget
 public:
     /// Stays above the window `owner`, which stays usable, and opens in the middle of its screen.
     explicit frmAbout(QWidget *owner);
+    /// Centres the window on the screen.
+    void Form_Load();
 
 private:
     void buildControls();
-    void setCaptions();
-    void Form_Load();
     void cOK_Click();
     void cGoTo_Click();
 };

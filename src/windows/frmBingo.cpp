@@ -1,7 +1,6 @@
 #include "frmBingo.h"
 
 #include "appearance.h"
-#include "colors.h"
 #include "design_table.h"
 #include "rich_text_box.h"
 #include "text_box.h"
@@ -63,11 +62,16 @@ frmBingo::frmBingo(QWidget *owner)
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
     connect(Timer1, &QTimer::timeout, this, &frmBingo::Timer1_Timer);
+}
+
+void frmBingo::Form_Load()
+{
     Timer1->start(500);
 }
 
-void frmBingo::fill()
+void frmBingo::fill(const QRect &area)
 {
+    setGeometry(area);
     RTB1->setText(QStringLiteral("\r\nBINGO"));
     setWord(250.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);

@@ -21,8 +21,10 @@ class frmBingo : public QWidget
 
 public:
     explicit frmBingo(QWidget *owner);
-    /// Puts the word in as it stands until the next tick. Call before showing.
-    void fill();
+    /// Starts the flashing.
+    void Form_Load();
+    /// Lays the window over `area` of the screen and puts the word in, as it stands until the next tick.
+    void fill(const QRect &area);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

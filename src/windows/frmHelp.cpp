@@ -1,9 +1,9 @@
 #include "frmHelp.h"
 
+#include "design_table.h"
 #include "message_box.h"
 #include "text_file.h"
 #include "tool_window.h"
-#include "units.h"
 
 #include <QAction>
 #include <QDir>
@@ -63,14 +63,14 @@ std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
 
 } // namespace
 
-frmHelp::frmHelp(QWidget *owner, const QString &folder)
+frmHelp::frmHelp(const QString &folder, QWidget *owner)
     : QMainWindow(owner)
+    , m_folder(folder)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
     controls::makeToolWindow(this);
     buildControls();
-    Form_Load(folder);
 }
 
 void frmHelp::buildControls()
@@ -106,9 +106,9 @@ QAction *frmHelp::buildCommand(const char *name, const char *caption)
     return command;
 }
 
-void frmHelp::Form_Load(const QString &folder)
+void frmHelp::Form_Load()
 {
-    if (const auto text = files::readTextFile(folder + QDir::separator() + QStringLiteral("help.txt")))
+    if (const auto text = files::readTextFile(m_folder + QDir::separator() + QStringLiteral("help.txt")))
         showText(*text);
     else
         controls::notice(parentWidget(), QStringLiteral("Help file missing"));

@@ -13,18 +13,20 @@ class frmHelp : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Stays above the window `owner`, which stays usable. Reads `help.txt` in `folder`; where there is none
-    /// to read it says so in a message box and is empty.
-    frmHelp(QWidget *owner, const QString &folder);
+    /// Shows the text of `help.txt` in `folder`. Stays above the window `owner`, which stays usable.
+    frmHelp(const QString &folder, QWidget *owner);
+
+    /// Reads the text. Where there is none to read it says so in a message box.
+    void Form_Load();
 
 private:
     void buildControls();
-    void Form_Load(const QString &folder);
     QAction *buildCommand(const char *name, const char *caption);
     void showText(const QString &text);
     void mnuExit_Click();
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;
 
+    QString m_folder;
     QTextEdit *txtHelp = nullptr;
 };

@@ -129,7 +129,8 @@ class Program:
 
     def __exit__(self, *_):
         self.process.kill()
-        self.process.communicate()
+        self.process.wait()
+        self.process.stderr.close()
 
 
 def children(accessible):

@@ -18,11 +18,11 @@ struct FakeSpeech
         void open() override
         {
             if (service.opens)
-                Q_EMIT opened({{"Ann", "de-DE"}, {"Bob", "en-US"}, {"Cid", "fr-FR"}});
+                Q_EMIT opened({"Ann", "Bob", "Cid"});
         }
         void speak(const speech::SpText &text) override
         {
-            service.spoken += QString("%1 %2 %3").arg(text.text).arg(text.voice).arg(text.rate);
+            service.spoken += QString("%1 %2 %3").arg(text.text).arg(text.voice.value_or(-1)).arg(text.rate);
             if (service.speaksByItself) {
                 QTimer::singleShot(0, this, &Engine::begun);
                 QTimer::singleShot(0, this, &Engine::ended);

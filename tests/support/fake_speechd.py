@@ -10,7 +10,8 @@ import threading
 
 VOICES = ["German\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
           "French (France)\tfr-FR\tnone"]  # fmt: skip
-ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0")}
+ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"),
+           "GET LANGUAGE": (251, "en-US")}
 path, mood = sys.argv[1:]
 numbers = iter(range(1, 1_000_000))
 

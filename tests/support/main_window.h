@@ -1,7 +1,7 @@
 #pragma once
 
+#include "appearance.h"
 #include "buttons.h"
-#include "colors.h"
 #include "combo_box.h"
 #include "frmMain.h"
 #include "label.h"
@@ -10,7 +10,6 @@
 #include "sp_voice.h"
 #include "support/fake_sp_engine.h"
 #include "text_box.h"
-#include "voice_choice.h"
 
 #include <QAction>
 #include <QApplication>
@@ -98,7 +97,7 @@ public:
     }
 
     FakeSpeech speech;
-    VoiceChoice voice;
+    voice::VoiceChoice voice;
     frmMain window{(speech::SpVoice::setSystemEngine(speech.factory()), voice), nullptr};
 
 private:

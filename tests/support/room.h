@@ -204,7 +204,7 @@ public:
                 add(" + ", other->isVisible() ? name : "");
         }
         for (; m_heard < speech.spoken.size(); ++m_heard)
-            seen += "; " + QString(speech.spoken[m_heard]).remove(" 1 0");
+            seen += "; " + QString(speech.spoken[m_heard]).remove(" -1 0");
         add("; ", std::exchange(boxes, {}).join("; "));
         return seen;
     }
