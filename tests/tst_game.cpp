@@ -92,7 +92,8 @@ const struct
      "3 G52/G51 G50 red 50-52; Gee, 50; Gee, 5 , 0; "
      "Gee, 51; Gee, 52; Gee, 5 , 2; Run-Time Error: Desc: it went away Err #: -7"},
     {"hush chkMakeVoiceCall 15 ~ . ~ . 16 ~ . ~ . 30 ~ . ~ . 31 ~ . ~ . 75 ~ . ~ .",
-     "5 O75/N31 I30 I16 B15 red 15-16 30-31 75; Bee, 15; Bee, 1 , 5; Eye, 16; Eye, 1 , 6; Eye, 30; Eye, 3 , 0; "
+     "5 O75/N31 I30 I16 B15 red 15-16 30-31 75; Bee, 15; Bee, 1 , 5; Eye, 16; Eye, 1 , 6; Eye, 30; Eye, 3 , "
+     "0; "
      "En, 31; En, 3 , 1; Oh, 75; Oh, 7 , 5"},
     {"chkMakeVoiceCall 8 ~ voice=99 9", "2 B9/B8 red 8-9; Bee, 8; Bee, 8; "
                                         "Run-Time Error: Desc: There is no voice number 100. Err #: 5"},

@@ -114,7 +114,10 @@ private Q_SLOTS:
     }
 
 private:
-    QString read(const QString &key = "FontSz") const { return mod_ini_Stuff::ReadIni(path, "Options", key, "33"); }
+    QString read(const QString &key = "FontSz") const
+    {
+        return mod_ini_Stuff::ReadIni(path, "Options", key, "33");
+    }
     bool write(const QString &value, const QString &key = "FontSz") const
     {
         return mod_ini_Stuff::WriteIni(path, "Options", key, value);

@@ -194,10 +194,14 @@ private Q_SLOTS:
     void moods()
     {
         const std::pair<const char *, const char *> rows[] = {
-            {"normal", "known|end 1|end 2"},    {"early", "known|end 1|end 2"},
-            {"cancelled", "known|end 1|end 2"}, {"refused", "known|failed 402"},
-            {"silent", "known|failed 3"},       {"dropped", "known|failed 2"},
-            {"novoices", "failed 4"}, {"stuck", "known|failed 3"},
+            {"normal", "known|end 1|end 2"},
+            {"early", "known|end 1|end 2"},
+            {"cancelled", "known|end 1|end 2"},
+            {"refused", "known|failed 402"},
+            {"silent", "known|failed 3"},
+            {"dropped", "known|failed 2"},
+            {"novoices", "failed 4"},
+            {"stuck", "known|failed 3"},
             {"mute", "failed 3"},
         };
         for (const auto &[mood, log] : rows) {
