@@ -87,18 +87,23 @@ public:
                           control->mapTo(control->window(), place));
     }
     /// Types where the focus is, "\r" for Enter.
-    static void type(const QString &text)
+    void type(const QString &text) const
     {
         for (const QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, QGuiApplication::focusWindow(),
+            QTest::sendKeyEvent(QTest::Click, keyboard(),
                                 c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode()), QString(c), {});
     }
-    static void strike(QKeyCombination keys)
+    void strike(QKeyCombination keys) const
     {
         const QChar key = QChar(keys.key()).toLower();
         const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
-        QTest::sendKeyEvent(QTest::Click, QGuiApplication::focusWindow(), keys.key(),
+        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(),
                             QString(isControl ? QChar(key.unicode() & 31) : key), keys.keyboardModifiers());
+    }
+    QWindow *keyboard() const
+    {
+        QWindow *focused = QGuiApplication::focusWindow();
+        return focused ? focused : window->windowHandle();
     }
     static void commit(const QString &text)
     {
@@ -210,50 +215,6 @@ public:
     }
     QLineEdit *entry() const { return window->centralWidget()->findChild<QLineEdit *>("Text1"); }
 
-    FakeSpeech speech;
-    QPointer<QMainWindow> window;
-    QStringList boxes; ///< "title: text" of each since the last look
-
-private:
-    static void settle()
-    {
-        for (int i = 0; i < 50; ++i)
-            QCoreApplication::processEvents();
-    }
-    /// Waits until more is said than at the last waiting, and all that comes of it.
-    void await()
-    {
-        QVERIFY(QTest::qWaitFor([this] { return speech.spoken.size() > m_awaited; }));
-        settle();
-        m_awaited = speech.spoken.size();
-    }
-    void answer()
-    {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box || box == m_answered)
-            return;
-        boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
-        m_answered = box;
-        boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
-        const QString answer = std::exchange(m_answer, {});
-        for (int i = 0; i < 5 && answer == "s"; ++i)
-            tick(find<QTimer>("Timer2"));
-        if (answer == "e")
-            controls::reportError(window, {-2147221164, "No voice"});
-        if (answer == "p")
-            find<QPushButton>("cPause")->click();
-        const Qt::Key key = answer == "Y"   ? Qt::Key_Y
-                            : answer == "N" ? Qt::Key_N
-                            : answer == "/" ? Qt::Key_Return
-                                            : Qt::Key_Escape;
-        QTest::keyClick(box->windowHandle(), key);
-    }
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        return event->type() == QEvent::Timer && watched->objectName().startsWith("Timer") &&
-               std::exchange(m_ticking, nullptr) != watched;
-    }
-
     QString textOf(const QString &name) const
     {
         return (u'.' + display(name)->toPlainText()).trimmed().mid(1); // blanks at the end are not seen
@@ -323,6 +284,50 @@ private:
                 lit += QChar('a' + i - 1);
         }
         return lit;
+    }
+
+    FakeSpeech speech;
+    QPointer<QMainWindow> window;
+    QStringList boxes; ///< "title: text" of each since the last look
+
+private:
+    static void settle()
+    {
+        for (int i = 0; i < 50; ++i)
+            QCoreApplication::processEvents();
+    }
+    /// Waits until more is said than at the last waiting, and all that comes of it.
+    void await()
+    {
+        QVERIFY(QTest::qWaitFor([this] { return speech.spoken.size() > m_awaited; }));
+        settle();
+        m_awaited = speech.spoken.size();
+    }
+    void answer()
+    {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box || box == m_answered)
+            return;
+        boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
+        m_answered = box;
+        boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
+        const QString answer = std::exchange(m_answer, {});
+        for (int i = 0; i < 5 && answer == "s"; ++i)
+            tick(find<QTimer>("Timer2"));
+        if (answer == "e")
+            controls::reportError(window, {-2147221164, "No voice"});
+        if (answer == "p")
+            find<QPushButton>("cPause")->click();
+        const Qt::Key key = answer == "Y"   ? Qt::Key_Y
+                            : answer == "N" ? Qt::Key_N
+                            : answer == "/" ? Qt::Key_Return
+                                            : Qt::Key_Escape;
+        QTest::keyClick(box->windowHandle(), key);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        return event->type() == QEvent::Timer && watched->objectName().startsWith("Timer") &&
+               std::exchange(m_ticking, nullptr) != watched;
     }
 
     QTimer m_answering;
