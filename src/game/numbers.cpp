@@ -15,6 +15,11 @@ QString currentLabel(int n)
     return letterOf(n) + QString::number(n);
 }
 
+QString spokenLabel(int n)
+{
+    return QStringLiteral("%1 %2").arg(letterOf(n)).arg(n);
+}
+
 QString pastEntry(int n)
 {
     return isNumber(n) ? currentLabel(n).leftJustified(cellWidth) : QString();

@@ -54,6 +54,9 @@ constexpr int cellOffset(int n)
 /// The current-number label, "N33"; empty for a value outside 1 to 75.
 QString currentLabel(int n);
 
+/// The same as screen readers say it, "N 33". `n` is 1 to 75.
+QString spokenLabel(int n);
+
 /// The entry of the list of past numbers, always three characters; empty for a value outside 1 to 75.
 QString pastEntry(int n);
 
