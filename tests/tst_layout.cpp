@@ -112,7 +112,7 @@ private Q_SLOTS:
         room.look();
         room.entry()->hide();
         const QImage picture = room.window->grab().toImage();
-        for (const char *kind : {"^cButt", "^tDemo", "^RTB[1-4]"}) {
+        for (const char *kind : {"^cButt", "^tDemo", "^RTB[34]"}) {
             QSet<QString> frames;
             for (const QWidget *control :
                  room.window->centralWidget()->findChildren<QWidget *>(QRegularExpression(kind)))
