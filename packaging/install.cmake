@@ -1,12 +1,4 @@
-# What is installed and where; the help text always lies beside the executable. Windows is untried.
-if(WIN32)
-    install(TARGETS vellomir RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install(FILES data/help.txt DESTINATION ${CMAKE_INSTALL_BINDIR})
-    qt_generate_deploy_app_script(TARGET vellomir FILENAME_VARIABLE deploy_script NO_UNSUPPORTED_PLATFORM_ERROR)
-    install(SCRIPT ${deploy_script})
-    return()
-endif()
-
+# What is installed and where; the help text always lies beside the executable.
 set(staging ${PROJECT_BINARY_DIR}/packaging)
 set(program_folder lib/vellomir)
 set(doc_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/vellomir)

@@ -64,3 +64,24 @@ packages_package=(
     speech-dispatcher-audio-plugins
     speech-dispatcher-espeak-ng
 )
+
+# tools/windows: compiles and links for Windows.
+packages_windows=(
+    g++-mingw-w64-x86-64-posix
+    mingw-w64-x86-64-dev
+    imagemagick
+)
+
+# tools/windows_qt: unpacks and configures Qt.
+packages_windows_qt=(
+    xz-utils
+    perl
+)
+
+# tools/windows check: plays the program under Wine.
+packages_wine=(
+    wine
+    wine64
+    fonts-liberation
+    xauth # xvfb-run asks for it
+)

@@ -147,7 +147,8 @@ void applyAppearance(QApplication &application)
 QFont sansFont(double points, bool bold)
 {
     static const QString family =
-        firstInstalled({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+        // Of the two on Windows the second is a bitmap, which cannot be scaled.
+        firstInstalled({QStringLiteral("Microsoft Sans Serif"), QStringLiteral("MS Sans Serif"),
                         QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")});
     return fontOf(family, QFont::SansSerif, points, bold);
 }
