@@ -59,7 +59,7 @@ texts() {
         echo "$word, $n"
         if [ "$n" = 4 ]; then echo "And After"
         elif [ "$n" -lt 10 ]; then echo "$word, $n"
-        else echo "$word, ${n:0:1} ,${n:1:1}"
+        else echo "$word, ${n:0:1} , ${n:1:1}"
         fi
     done
 }

@@ -1,6 +1,5 @@
 #include "modMain.h"
 
-#include "folders.h"
 #include "frmMain.h"
 #include "mod_ini_Stuff.h"
 #include "quit_requests.h"
@@ -10,6 +9,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QSessionManager>
+#include <QStandardPaths>
 
 #include <cstdlib>
 
@@ -62,6 +62,25 @@ void endWith(frmMain *window)
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [window] { delete window; });
 }
 
+/// The folder of the programs' settings folders: "AppData" where that is set, else the desktop's.
+QString settingsBaseFolder()
+{
+    QString folder = qEnvironmentVariable("AppData");
+    if (folder.isEmpty()) {
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+        QDir().mkpath(folder);
+    }
+    return folder;
+}
+
+/// The file name of the running program without its extension.
+QString executableName()
+{
+    const QString name = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+    // Qt gives no path that is not valid in the locale's encoding.
+    return name.isEmpty() ? QCoreApplication::applicationName() : name;
+}
+
 } // namespace
 
 bool DirExists(const QString &path)
@@ -88,10 +107,11 @@ void Main()
     auto *window = new frmMain(Voice);
     endWith(window);
 
-    const QString folder = files::settingsBaseFolder() + QDir::separator() + files::executableName();
+    const QString name = QDir::separator() + executableName();
+    const QString folder = settingsBaseFolder() + name;
     if (!DirExists(folder))
         QDir().mkdir(folder);
-    SettingsPath = folder + QDir::separator() + files::executableName() + QStringLiteral(".ini");
+    SettingsPath = folder + name + QStringLiteral(".ini");
     LoadSettings(*window);
     board = window;
 

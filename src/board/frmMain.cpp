@@ -9,10 +9,14 @@
 #include "frmVoices.h"
 #include "label.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -27,6 +31,7 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral(VELLOMIR_NAME));
+    m_announcer = new controls::Announcer(this);
     buildMenus();
     buildControls();
     buildPatternButtons();
@@ -34,6 +39,8 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     setTabOrderOfDesign();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
+    m_naming = buildTimer("naming", 100);
+    m_naming->setSingleShot(true);
     wire();
     Form_Load();
 }
@@ -126,6 +133,16 @@ void frmMain::buildMenus()
     QMenu *mnuHelp2 = menu("mnuHelp2", "Help");
     mnuHelp = item(mnuHelp2, "mnuHelp", "Help");
     mnuAbout = item(mnuHelp2, "mnuAbout", "About");
+    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this, &frmMain::goToMenuBar);
+}
+
+/// Goes to the menu bar as Alt alone does, which QMenuBar knows.
+void frmMain::goToMenuBar()
+{
+    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_Alt, Qt::AltModifier);
+        QCoreApplication::sendEvent(this, &event);
+    }
 }
 
 QTimer *frmMain::buildTimer(const char *name, int milliseconds)

@@ -18,6 +18,7 @@ class frmHelp;
 class frmVoices;
 
 namespace controls {
+class Announcer;
 class ColorButton;
 class ComboBox;
 class Label;
@@ -51,6 +52,7 @@ private:
     void nameControls();
     void buildPatternButtons();
     void buildMenus();
+    void goToMenuBar();
     QTimer *buildTimer(const char *name, int milliseconds);
     void setDesignFonts();
     void setTabOrderOfDesign();
@@ -194,6 +196,20 @@ private:
 
     voice::Announcement m_announcement;
 
+    // ---- board/frmMain_reader.cpp: what screen readers say by themselves, and what they find -------
+private:
+    QString stateInWords() const;
+    void sayAutoCall();
+    void sayPattern(int id);
+    void sayShaddow(bool checked);
+    void describeBoard();
+    void describeCalls();
+    void nameSoon();
+    void nameByState();
+
+    controls::Announcer *m_announcer = nullptr;
+    QTimer *m_naming = nullptr;
+
     // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
 public:
     void BuildDemo();
@@ -203,7 +219,6 @@ private:
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
     void cDemoButt_Click(int Index);
     void Timer1_Timer();
-    void selectPattern(int id);
     void showPattern(const patterns::Pattern &pattern);
     void applyShadow(const patterns::Pattern &pattern);
 

@@ -22,7 +22,6 @@ void frmMain::BuildButts()
             cButt[n]->setGeometry({place, cButt[1]->size()});
             setTabOrder(cButt[n - 1], cButt[n]);
         }
-        cButt[n]->setAccessibleName(QStringLiteral("%1 %2").arg(game::letterOf(n)).arg(n));
         connect(cButt[n], &QPushButton::clicked, this, [this, n] { cButt_Click(n); });
         markNumber(n, false);
     }
@@ -32,7 +31,7 @@ void frmMain::markNumber(int n, bool called)
 {
     iCalled[n] = called ? 1 : 0;
     cButt[n]->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
-    cButt[n]->setAccessibleDescription(called ? QStringLiteral("called") : QStringLiteral("not called"));
+    nameSoon();
 }
 
 void frmMain::markAll(bool called)

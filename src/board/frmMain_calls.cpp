@@ -2,6 +2,8 @@
 
 #include "label.h"
 #include "message_box.h"
+#include "numbers.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QCoreApplication>
@@ -23,6 +25,7 @@ void frmMain::uncallNumber(int n)
         return;
     markNumber(n, false);
     EditBoard();
+    m_announcer->say(game::spokenLabel(n) + QStringLiteral(" not called"));
 }
 
 void frmMain::callNumber(int n)
@@ -37,6 +40,8 @@ void frmMain::callNumber(int n)
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
     if (chkMakeVoiceCall->isChecked())
         Speak(m_announcement.firstPhrase(n));
+    else
+        m_announcer->say(stateInWords());
 }
 
 void frmMain::showCount()

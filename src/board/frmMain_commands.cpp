@@ -3,6 +3,7 @@
 #include "label.h"
 #include "message_box.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QTimer>
@@ -17,6 +18,7 @@ void frmMain::cPause_Click()
         cPause->setText(QStringLiteral("Pause"));
         Timer2->start();
     }
+    sayAutoCall();
 }
 
 void frmMain::cmdClear_Click()
@@ -43,4 +45,6 @@ void frmMain::clearBoard()
     cDemoButt_Click(iCurPattern);
     cDemoButt_Click(pattern);
     EditBoard();
+    describeCalls();
+    m_announcer->say(QStringLiteral("Board cleared"));
 }

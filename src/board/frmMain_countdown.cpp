@@ -24,6 +24,7 @@ void frmMain::chkAutoCall_Click()
         lblAutoCall->repaint();
         Text1->setFocus();
     }
+    sayAutoCall();
 }
 
 void frmMain::Timer2_Timer()

@@ -44,6 +44,8 @@ constexpr mainDesign::DisplayFont fonts[] = {
 };
 
 constexpr mainDesign::SpokenName spoken[] = {
+    {"Frame1",    "Pattern card"},
+    {"Frame2",    "Patterns"},
     {"RTB1",      "Column letters of the board"},
     {"RTB2",      "Called numbers"},
     {"RTB3",      "Current number"},

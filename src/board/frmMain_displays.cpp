@@ -59,6 +59,7 @@ void frmMain::EditBoard()
             RTB2->setColor({cell, game::cellWidth}, color);
     }
     edit.endEditBlock();
+    describeBoard();
     RTB1->showStart();
     RTB2->showStart();
 }
@@ -78,4 +79,5 @@ void frmMain::editLastPress(int iButt)
         past += game::pastEntry(iLastCalls[k]) + u' ';
     RTB4->setText(past);
     RTB4->setColor(RTB4->all(), colors::black);
+    describeCalls();
 }

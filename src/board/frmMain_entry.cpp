@@ -32,7 +32,7 @@ void frmMain::Text1_KeyPress(int &KeyAscii)
 void frmMain::callEntry()
 {
     const QString text = board::withoutLetter(Text1->text());
-    Text1->setText(text);
+    Text1->deleteBut(text);
     if (const std::optional<int> n = board::calledBy(text))
         cButt_Click(*n);
 }

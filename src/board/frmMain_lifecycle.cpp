@@ -68,6 +68,8 @@ void frmMain::clearDisplays()
     lblAutoCall->setCaption({});
     for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
         display->setText({});
+    describeBoard();
+    describeCalls();
 }
 
 void frmMain::iFontSize_Click()

@@ -21,6 +21,7 @@ void frmMain::BuildDemo()
 void frmMain::tDemo_Click(int Index)
 {
     m_card->toggle(Index);
+    nameSoon();
     Text1->setFocus();
 }
 
@@ -29,20 +30,10 @@ void frmMain::cDemoButt_Click(int Index)
     m_card->show({});
     markAll(false);
     Timer1->stop();
-    selectPattern(Index == iCurPattern ? 0 : Index);
+    iCurPattern = Index == iCurPattern ? 0 : Index;
     if (iCurPattern != 0)
         showPattern(pattern(iCurPattern));
     Text1->setFocus();
-}
-
-/// Keeps the selected pattern, 0 for none, and tells screen readers of it.
-void frmMain::selectPattern(int id)
-{
-    if (iCurPattern != 0)
-        cDemoButt[iCurPattern]->setAccessibleDescription({});
-    iCurPattern = id;
-    if (iCurPattern != 0)
-        cDemoButt[iCurPattern]->setAccessibleDescription(QStringLiteral("selected"));
 }
 
 /// Shows a static pattern and starts an animated one, and takes its shadow out of play.
@@ -77,4 +68,5 @@ void frmMain::Timer1_Timer()
     const int frame = frames.wrapped(iPatternFrame);
     m_card->show(frames[frame]);
     iPatternFrame = frame + 1;
+    nameSoon();
 }

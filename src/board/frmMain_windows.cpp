@@ -4,6 +4,7 @@
 #include "frmBingo.h"
 #include "frmHelp.h"
 #include "frmVoices.h"
+#include "screen_reader.h"
 #include "text_box.h"
 #include "tool_window.h"
 
@@ -47,10 +48,15 @@ void frmMain::cBingo_Click()
     if (Timer2->isActive())
         cPause_Click();
     Text1->setFocus();
-    if (load(m_bingo)) {
-        m_bingo->fill(frameGeometry());
-        controls::showInFront(m_bingo);
-    }
+    const bool isOpen = m_bingo;
+    if (!load(m_bingo))
+        return;
+    if (!isOpen)
+        connect(m_bingo, &QObject::destroyed, m_announcer,
+                [this] { m_announcer->say(QStringLiteral("BINGO closed")); });
+    m_bingo->fill(frameGeometry());
+    controls::showInFront(m_bingo);
+    m_announcer->waitFor(m_bingo);
 }
 
 void frmMain::closeWindows()

@@ -27,13 +27,18 @@ void frmMain::wire()
     connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);
 
     for (int i = 1; i <= patterns::patternCount; ++i)
-        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
+        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] {
+            cDemoButt_Click(i);
+            sayPattern(i);
+        });
     connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
+    connect(mnuShaddow, &QAction::toggled, this, &frmMain::sayShaddow);
+    connect(m_naming, &QTimer::timeout, this, &frmMain::nameByState);
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);

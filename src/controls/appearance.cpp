@@ -38,7 +38,8 @@ public:
                        const QWidget *widget) const override
     {
         if (element == PE_Frame && qobject_cast<const QAbstractScrollArea *>(widget))
-            fillFrame(*painter, option->rect, 1, QColor::fromRgb(colors::frame));
+            fillFrame(*painter, QRegion(option->rect) - option->rect.adjusted(1, 1, -1, -1), 1,
+                      QColor::fromRgb(colors::frame));
         else
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -159,11 +160,11 @@ QFont displayFont(double points, bool bold)
     return fontOf(family, QFont::Monospace, points, bold);
 }
 
-void fillFrame(QPainter &painter, const QRect &rect, int width, const QColor &topLeft,
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                const QColor &bottomRight)
 {
     const QTransform toDevice = painter.deviceTransform();
-    const QRect outer = toDevice.mapRect(QRectF(rect)).toRect();
+    const QRect outer = toDevice.map(region).boundingRect(); // rounded as Qt rounds what it clips by
     const int side = std::max(1, static_cast<int>(width * toDevice.m11()));
     const auto fill = [&](int x, int y, int across, int down, const QColor &color) {
         painter.fillRect(toDevice.inverted().mapRect(QRectF(x, y, across, down)), color);
@@ -174,9 +175,9 @@ void fillFrame(QPainter &painter, const QRect &rect, int width, const QColor &to
     fill(outer.left(), outer.top(), side, outer.height() - side, topLeft);
 }
 
-void fillFrame(QPainter &painter, const QRect &rect, int width, const QColor &color)
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color)
 {
-    fillFrame(painter, rect, width, color, color);
+    fillFrame(painter, region, width, color, color);
 }
 
 } // namespace controls

@@ -5,7 +5,7 @@
 
 class QApplication;
 class QPainter;
-class QRect;
+class QRegion;
 
 /// The fixed colours of the program. None of them depends on the desktop's.
 namespace controls::colors {
@@ -35,10 +35,11 @@ QFont sansFont(double points = 8.0, bool bold = false);
 /// The font of the displays, "Courier New" or a face of the same widths, in points.
 QFont displayFont(double points, bool bold = true);
 
-/// Fills a frame just inside `rect`, `width` pixels wide. Its sides are whole device pixels and all equally
-/// wide at any scale factor, where lines drawn with a pen may vanish.
-void fillFrame(QPainter &painter, const QRect &rect, int width, const QColor &topLeft,
+/// Fills a frame `width` pixels wide, just inside the bounds of `region`, which is what the widget paints
+/// itself. Its sides are whole device pixels and equally wide at any scale factor, where lines that a pen
+/// draws may vanish.
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                const QColor &bottomRight);
-void fillFrame(QPainter &painter, const QRect &rect, int width, const QColor &color);
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color);
 
 } // namespace controls

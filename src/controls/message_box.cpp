@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
@@ -50,6 +51,9 @@ void layOut(QMessageBox &box)
     auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
     text->setMinimumWidth(titleWidth(box));
     if (box.icon() == QMessageBox::NoIcon) {
+        auto *grid = qobject_cast<QGridLayout *>(box.layout());
+        grid->addWidget(text, 0, 0, 1, grid->columnCount()); // over the empty columns of the icon, too
+        text->setContentsMargins({});
         text->setAlignment(Qt::AlignCenter);
         box.findChild<QDialogButtonBox *>()->setCenterButtons(true);
     }

@@ -13,6 +13,9 @@ public:
     explicit TextBox(QWidget *parent = nullptr);
     /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
     void clear() { setText({}); }
+    /// Deletes what stands before and behind `part`, which is a part of the text. Screen readers say a text
+    /// that is put in anew, but nothing of one that is deleted.
+    void deleteBut(const QString &part);
     /// While it is empty, such a box shows what lies behind it, in a thin outline.
     void setSeeThrough(bool seeThrough);
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
 #include <optional>
 
@@ -23,17 +22,5 @@ std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView secti
 /// `findValue` gives the value back as it was set, except that line breaks become blanks: a value that begins
 /// or ends with blanks, or stands in quotes, is put into a pair of quotes of its own.
 QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView key, QByteArrayView value);
-
-/// The value of a key in the file `path`. Empty when the file, the section or the key is missing, or the file
-/// cannot be read: no regular file, no permission, more than 1 MiB, UTF-16.
-QString readProfileString(const QString &path, const QString &section, const QString &key);
-
-/// Sets the value of a key in the file `path`, which is made when it is missing (its folder is not). The save
-/// replaces the whole file or nothing; only where the folder takes no new file it writes into the old one. A
-/// link stays a link, and permissions stay. False on any error, also when the file cannot be read, and then
-/// it is as it was. A value that already reads as `value` is left alone, with any bytes in it that are no
-/// text. Characters that the code page lacks are replaced.
-bool writeProfileString(const QString &path, const QString &section, const QString &key,
-                        const QString &value);
 
 } // namespace files

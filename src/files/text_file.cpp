@@ -28,18 +28,24 @@ QString decodedText(const QByteArray &bytes)
     return unicode.hasError() && !marked ? codePageDecoder()(bytes) : text;
 }
 
-std::optional<QString> readTextFile(const QString &path)
+std::optional<QByteArray> readBytes(const QString &path, qint64 most)
 {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    QByteArray bytes = file.read(longestText + 1);
-    if (file.error() != QFile::NoError)
+    const QByteArray bytes = file.read(most);
+    return file.error() == QFile::NoError ? std::optional(bytes) : std::nullopt;
+}
+
+std::optional<QString> readTextFile(const QString &path)
+{
+    const std::optional<QByteArray> bytes = readBytes(path, longestText + 1);
+    if (!bytes)
         return std::nullopt;
-    if (bytes.size() <= longestText)
-        return decodedText(bytes);
-    bytes.truncate(longestText);
-    return decodedText(bytes) + QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
+    if (bytes->size() <= longestText)
+        return decodedText(*bytes);
+    return decodedText(bytes->first(longestText)) +
+           QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
 }
 
 } // namespace files

@@ -1,18 +1,17 @@
 #include "numbers.h"
 
+#include <QStringList>
+
 namespace game {
-
-namespace {
-
-const QString lineBreak = QStringLiteral("\r\n");
-
-} // namespace
 
 QString currentLabel(int n)
 {
-    if (!isNumber(n))
-        return {};
-    return letterOf(n) + QString::number(n);
+    return isNumber(n) ? letterOf(n) + QString::number(n) : QString();
+}
+
+QString spokenLabel(int n)
+{
+    return QStringLiteral("%1 %2").arg(letterOf(n)).arg(n);
 }
 
 QString pastEntry(int n)
@@ -25,21 +24,16 @@ QString boardText()
     QString text;
     for (int n = 1; n <= numberCount; ++n) {
         text += QString::number(n).leftJustified(cellWidth);
-        if (endsRow(n))
-            text += lineBreak + lineBreak;
+        if (n % numbersPerColumn == 0 && n < numberCount)
+            text += QStringLiteral("\r\n\r\n");
     }
     return text;
 }
 
 QString letterColumn(int lineBreaks)
 {
-    QString text;
-    for (int column = 0; column < columnCount; ++column) {
-        if (column > 0)
-            text += lineBreak.repeated(lineBreaks);
-        text += QChar(columnLetter(column));
-    }
-    return text;
+    const QStringList letters = QStringView(columnLetters).toString().split(QString(), Qt::SkipEmptyParts);
+    return letters.join(QStringLiteral("\r\n").repeated(lineBreaks));
 }
 
 } // namespace game

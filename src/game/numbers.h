@@ -38,12 +38,6 @@ inline QChar letterOf(int n)
     return columnLetter(columnOf(n));
 }
 
-/// True for the last number of a row of the board that another row follows: 15, 30, 45 and 60.
-constexpr bool endsRow(int n)
-{
-    return n % numbersPerColumn == 0 && n < numberCount;
-}
-
 /// Where the cell of number n starts in the board text, counting from 0 and counting each CR and each LF.
 /// `n` is 1 to 75; the cell is `cellWidth` characters long.
 constexpr int cellOffset(int n)
@@ -53,6 +47,9 @@ constexpr int cellOffset(int n)
 
 /// The current-number label, "N33"; empty for a value outside 1 to 75.
 QString currentLabel(int n);
+
+/// The same as screen readers say it, "N 33". `n` is 1 to 75.
+QString spokenLabel(int n);
 
 /// The entry of the list of past numbers, always three characters; empty for a value outside 1 to 75.
 QString pastEntry(int n);

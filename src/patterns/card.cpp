@@ -66,16 +66,42 @@ void Card::show(const Grid &grid)
 
 void Card::toggle(int index)
 {
-    paint(index, m_cells[index]->backColor() == controls::colors::white);
+    paint(index, !isLit(index));
 }
 
 void Card::paint(int index, bool lit)
 {
     m_cells[index]->setBackColor(lit ? controls::colors::black : controls::colors::white);
-    m_cells[index]->setAccessibleName(QStringLiteral("Pattern row %1, column %2, %3")
-                                          .arg((index - 1) / cardSide + 1)
-                                          .arg(QChar(game::columnLetter((index - 1) % cardSide)))
-                                          .arg(lit ? QStringLiteral("lit") : QStringLiteral("unlit")));
+}
+
+bool Card::isLit(int index) const
+{
+    return m_cells[index]->backColor() != controls::colors::white;
+}
+
+QString Card::cellInWords(int index) const
+{
+    return QStringLiteral("Pattern row %1, column %2, %3")
+        .arg((index - 1) / cardSide + 1)
+        .arg(QChar(game::columnLetter((index - 1) % cardSide)))
+        .arg(isLit(index) ? QStringLiteral("lit") : QStringLiteral("unlit"));
+}
+
+/// The rows that have lit cells: "Pattern card, row 1 B O, row 5 B O".
+QString Card::inWords() const
+{
+    QString rows;
+    int lastRow = 0;
+    for (int i = 1; i <= cellCount; ++i) {
+        const int row = (i - 1) / cardSide + 1;
+        if (!isLit(i))
+            continue;
+        if (row != lastRow)
+            rows += QStringLiteral(", row %1").arg(row);
+        rows += QStringLiteral(" ") + QChar(game::columnLetter((i - 1) % cardSide));
+        lastRow = row;
+    }
+    return QStringLiteral("Pattern card") + (rows.isEmpty() ? QStringLiteral(", empty") : rows);
 }
 
 } // namespace patterns

@@ -25,6 +25,10 @@ public:
     void show(const Grid &grid);
     /// Switches a cell between lit and unlit. `index` is 1 to 25.
     void toggle(int index);
+    controls::ColorBox *cell(int index) const { return m_cells[index]; }
+    /// What a cell shows, and what all of them show row by row, as a screen reader is to say it.
+    QString cellInWords(int index) const;
+    QString inWords() const;
 
 Q_SIGNALS:
     void clicked(int index);
@@ -32,6 +36,7 @@ Q_SIGNALS:
 private:
     void build(const controls::DesignRow &row);
     void paint(int index, bool lit);
+    bool isLit(int index) const;
 
     game::FromOne<controls::ColorBox *, cellCount> m_cells{};
 };

@@ -1,5 +1,7 @@
 #include "catalogue.h"
 
+#include <algorithm>
+
 namespace patterns {
 
 namespace {
@@ -12,7 +14,6 @@ constexpr Pattern table[] = {
                         "..... ..... XXXXX ..... ....."}, Shadow{}},
 
     {2, "Four Corner", Frames{"X...X ..... ..... ..... X...X"}, Shadow{u"ING"}},
-
     {3, "Inside Cor", Frames{"..... .X.X. ..... .X.X. ....."}, Shadow{u"BNO"}},
 
     {4, "Stamp", Frames{"XX... XX... ..... ..... .....",
@@ -41,15 +42,10 @@ constexpr Pattern table[] = {
                             "..... ..... .XXX. .XXX. .XXX."}, Shadow{}},
 
     {8, "Outside Box", Frames{"XXXXX X...X X...X X...X XXXXX"}, Shadow{}},
-
     {9, "Inside Box", Frames{"..... .XXX. .X.X. .XXX. ....."}, Shadow{u"BO"}},
-
     {10, "In Diamond", Frames{"..... ..X.. .X.X. ..X.. ....."}, Shadow{u"BO"}},
-
     {11, "Out Diamond", Frames{"..X.. ..... X...X ..... ..X.."}, Shadow{u"IG"}},
-
     {12, "Clover Leaf", Frames{"XX.XX XX.XX ..... XX.XX XX.XX"}, Shadow{u"N"}},
-
     {13, "Plus Sign", Frames{"..X.. ..X.. XXXXX ..X.. ..X.."}, Shadow{}},
 
     {14, "Kite", Frames{"XX... XX... ..X.. ...X. ....X",
@@ -58,37 +54,22 @@ constexpr Pattern table[] = {
                         "....X ...X. ..X.. XX... XX..."}, Shadow{u"N"}},
 
     {15, "J", Frames{"XXXXX ..X.. ..X.. X.X.. XXX.."}, Shadow{}},
-
     {16, "M", Frames{"X...X XX.XX X.X.X X...X X...X"}, Shadow{}},
-
     {17, "N", Frames{"X...X XX..X X.X.X X..XX X...X"}, Shadow{}},
-
     {18, "T", Frames{"XXXXX ..X.. ..X.. ..X.. ..X.."}, Shadow{}},
-
     {19, "U", Frames{"X...X X...X X...X X...X XXXXX"}, Shadow{}},
-
     {20, "X", Frames{"X...X .X.X. ..X.. .X.X. X...X"}, Shadow{}},
-
     {21, "ALL", Frames{"XXXXX XXXXX XXXXX XXXXX XXXXX"}, Shadow{}},
 };
 // clang-format on
 
-consteval bool isComplete()
-{
-    int id = 0;
-    for (const Pattern &pattern : table) {
-        if (pattern.id != ++id)
-            return false;
-    }
-    return id == patternCount;
-}
-static_assert(isComplete(), "the patterns stand in the order of their ids");
+static_assert(std::size(table) == patternCount);
 
 } // namespace
 
 const Pattern &pattern(int id)
 {
-    return table[id - 1];
+    return *std::ranges::find(table, id, &Pattern::id);
 }
 
 } // namespace patterns

@@ -80,6 +80,7 @@ public:
             throw "a shadow names columns by their letters";
     }
 
+    constexpr std::u16string_view letters() const { return m_letters; }
     /// `n` is 1 to 75.
     constexpr bool covers(int n) const
     {

@@ -3,10 +3,8 @@
 #include "system_engine.h"
 
 #include <QEventLoop>
-#include <QPointer>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <utility>
 
 namespace speech {
@@ -26,19 +24,7 @@ QString withPauses(QString text)
     return text.replace(comma, QStringLiteral(", "));
 }
 
-files::Error noSuchVoice(qsizetype position)
-{
-    return {SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(position + 1)};
-}
-
 } // namespace
-
-/// The event loop in which a Speak waits, and how it ended.
-struct SpVoice::Wait
-{
-    QEventLoop loop;
-    std::optional<files::Error> error;
-};
 
 SpVoice::SpVoice(QObject *parent)
     // The first window is painted before a service that has to be started competes with it.
@@ -56,29 +42,9 @@ SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject
     openEngine();
 }
 
-SpVoice::~SpVoice()
-{
-    for (const Stream &stream : m_streams) {
-        if (stream.wait)
-            stream.wait->loop.quit();
-    }
-}
-
 void SpVoice::setSystemEngine(SpEngineFactory makeEngine)
 {
     systemEngine() = std::move(makeEngine);
-}
-
-void SpVoice::setVoice(qsizetype position)
-{
-    if (position < 0 || (m_voices && position >= m_voices->size()))
-        throw noSuchVoice(position);
-    m_voice = position;
-}
-
-void SpVoice::setRate(int rate)
-{
-    m_rate = std::clamp(rate, -10, 10);
 }
 
 // ---- The queue ----
@@ -88,29 +54,27 @@ int SpVoice::Speak(const QString &text, int flags)
     if (!m_engine)
         openEngine();
     const int number = ++m_lastStream;
-    m_streams.push_back({number, text, m_voice, m_rate, nullptr});
+    m_streams.push_back({{text, m_voice, m_rate}, number});
     post([this] { speakNext(); });
     if (!(flags & SVSFlagsAsync))
-        waitForLast();
+        waitFor(number);
     return number;
 }
 
-void SpVoice::waitForLast()
+/// Returns when the text has left the queue. The end of this voice or of the program ends the wait, too.
+void SpVoice::waitFor(int number)
 {
-    Wait wait;
-    m_streams.back().wait = &wait;
-    const QPointer<SpVoice> self(this);
+    QEventLoop loop;
+    const auto quitWhenGone = [this, &loop, number] {
+        if (m_streams.empty() || m_streams.front().number > number)
+            loop.quit();
+    };
+    connect(this, &SpVoice::EndStream, &loop, quitWhenGone);
+    connect(this, &SpVoice::Failed, &loop, quitWhenGone);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     ++s_waiting;
-    wait.loop.exec();
+    loop.exec();
     --s_waiting;
-    if (self) { // The loop also ends when the program does, with the text still in the queue.
-        for (Stream &stream : m_streams) {
-            if (stream.wait == &wait)
-                stream.wait = nullptr;
-        }
-    }
-    if (wait.error)
-        throw files::Error(*wait.error);
 }
 
 void SpVoice::speakNext()
@@ -126,8 +90,9 @@ void SpVoice::speakNext()
 void SpVoice::speakFirst()
 {
     const Stream &first = m_streams.front();
-    if (first.voice && *first.voice >= m_voices->size()) {
-        failAll({first}, noSuchVoice(*first.voice));
+    const qsizetype voice = first.voice.value_or(0);
+    if (voice < 0 || voice >= m_voices->size()) {
+        signalFailure({SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(voice + 1)});
         m_streams.pop_front();
         post([this] { speakNext(); });
     } else {
@@ -156,23 +121,10 @@ void SpVoice::endFirst()
 {
     const Stream first = m_streams.front();
     m_streams.pop_front();
-    if (first.wait)
-        first.wait->loop.quit();
-    post([this, first] { Q_EMIT EndStream(first.number, first.text.size()); });
-    post([this] { speakNext(); });
-}
-
-/// Throws `error` in each Speak that waits; signals it once for all other texts.
-void SpVoice::failAll(const std::deque<Stream> &streams, const files::Error &error)
-{
-    for (const Stream &stream : streams) {
-        if (stream.wait) {
-            stream.wait->error = error;
-            stream.wait->loop.quit();
-        }
-    }
-    if (!std::ranges::all_of(streams, &Stream::wait))
-        signalFailure(error);
+    post([this, first] {
+        speakNext();
+        Q_EMIT EndStream(first.number, first.text.size());
+    });
 }
 
 void SpVoice::signalFailure(const files::Error &error)
@@ -211,14 +163,14 @@ void SpVoice::engineOpened(const QStringList &voices)
 
 void SpVoice::engineFailed(const files::Error &error)
 {
-    if (!m_voices && m_streams.empty())
+    if (!m_voices || !m_streams.empty())
         signalFailure(error);
     m_pingTimer.stop();
     m_voices.reset();
+    m_streams.clear();
     m_speaking = false;
     m_engine->disconnect(this);
     m_engine.release()->deleteLater(); // This may be a call from inside it.
-    failAll(std::exchange(m_streams, {}), error);
 }
 
 void SpVoice::startTimeout(std::chrono::milliseconds time)
@@ -233,8 +185,8 @@ void SpVoice::ping()
     m_timeLeft -= m_timeouts.ping;
     if (m_timeLeft.count() <= 0 || m_unanswered == 2) {
         QString description = QStringLiteral("The speech service does not answer.");
-        if (!std::ranges::all_of(m_streams, &Stream::wait))
-            description += QStringLiteral(" The waiting calls were not spoken.");
+        if (!m_streams.empty())
+            description += QStringLiteral(" What was waiting was not spoken.");
         engineFailed({SpSilent, description});
         return;
     }

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QVariant>
 
+#include <algorithm>
 #include <chrono>
 #include <deque>
 
@@ -22,11 +23,10 @@ struct SpTimeouts
     std::chrono::milliseconds beforeOpening{}; ///< between making a voice and opening its service
 };
 
-/// A voice that speaks the texts handed to it one after the other, whatever the system's speech service does
-/// or fails to do. Each text ends in exactly one of two ways: spoken (EndStream) or failed. A failure that is
-/// known before a function returns is thrown as Error; one that comes later is signalled. When the service
-/// fails, all waiting texts are lost in one failure; the next text opens the service anew.
-/// Signals come from the event loop, never from inside a function.
+/// Speaks the texts handed to it one after the other, whatever the system's speech service does or fails to
+/// do. Each text ends in exactly one of two ways: EndStream or Failed. When the service fails, all waiting
+/// texts are lost in one failure; the next text opens the service anew. Signals come from the event loop,
+/// never from inside a function.
 class SpVoice : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,6 @@ public:
     /// Starts to open the system's speech service and returns. Throws Error when none is installed.
     explicit SpVoice(QObject *parent = nullptr);
     SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent = nullptr);
-    ~SpVoice() override;
 
     /// For tests: what voices made from now on speak through, instead of the system's service.
     static void setSystemEngine(SpEngineFactory makeEngine);
@@ -51,15 +50,15 @@ public:
     /// The descriptions of the installed voices, in the order of their positions. Empty until VoicesKnown.
     QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
 
-    /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
-    /// is known and has no such position; else that is found out text by text.
-    void setVoice(qsizetype position);
+    /// The voice of the texts that follow; the service's default until one is set. A text whose voice is not
+    /// in the list fails.
+    void setVoice(qsizetype position) { m_voice = position; }
 
     /// The speed of the texts that follow, clamped to -10 to 10.
-    void setRate(int rate);
+    void setRate(int rate) { m_rate = std::clamp(rate, -10, 10); }
 
     /// Queues `text` and returns the number of its stream, 1 or more. Without SVSFlagsAsync it then runs an
-    /// event loop until the text has been spoken, and throws Error when it could not be.
+    /// event loop until the text has been spoken or lost. Throws Error when no service is installed.
     int Speak(const QString &text, int flags);
 
 Q_SIGNALS:
@@ -69,26 +68,20 @@ Q_SIGNALS:
     void Failed(int number, const QString &description);
 
 private:
-    struct Wait;
-    struct Stream
+    struct Stream : SpText
     {
         int number = 0;
-        QString text;
-        std::optional<qsizetype> voice;
-        int rate = 0;
-        Wait *wait = nullptr; ///< the Speak that waits for it, if one does
     };
 
     void openEngine();
     void engineOpened(const QStringList &voices);
     void engineFailed(const files::Error &error);
-    void waitForLast();
+    void waitFor(int number);
     void speakNext();
     void speakFirst();
     void textBegan();
     void textEnded();
     void endFirst();
-    void failAll(const std::deque<Stream> &streams, const files::Error &error);
     void signalFailure(const files::Error &error);
     void startTimeout(std::chrono::milliseconds time);
     void ping();

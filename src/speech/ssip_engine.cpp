@@ -24,9 +24,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr char listOfVoices[] = "LIST SYNTHESIS_VOICES";
 constexpr auto retryPause = 50ms;
-// A starter fails when another one is at work: so many more tries find out.
-constexpr int triesAfterFailedStart = 40;
 
 /// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
 QString socketPath()
@@ -68,12 +67,6 @@ int connectedSocket(const QString &address)
     return -1;
 }
 
-bool somebodyAnswers(const QString &address)
-{
-    const int socket = connectedSocket(address);
-    return socket >= 0 && ::close(socket) == 0;
-}
-
 QByteArray loginName()
 {
     const passwd *user = getpwuid(getuid());
@@ -93,16 +86,16 @@ QByteArray dataLines(const QString &text)
     QByteArray data;
     for (const QString &line : text.split(u'\n'))
         data += (line.startsWith(u'.') ? "." : "") + line.toUtf8().replace('\r', ' ') + "\r\n";
-    return data + '.';
+    return data + ".\r\n";
 }
 
 } // namespace
 
 SsipEngine::SsipEngine()
     : m_address(socketPath())
-    , m_triesLeft(triesAfterFailedStart)
+    , m_socket(connectedSocket(m_address))
 {
-    if (serviceCommand().isEmpty() && !somebodyAnswers(m_address))
+    if (m_socket < 0 && serviceCommand().isEmpty())
         throw files::Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
     connect(&m_incoming, &QSocketNotifier::activated, this, &SsipEngine::receive);
 }
@@ -125,7 +118,8 @@ SsipEngine::~SsipEngine()
 
 void SsipEngine::open()
 {
-    m_socket = connectedSocket(m_address);
+    if (m_socket < 0)
+        m_socket = connectedSocket(m_address);
     if (m_socket < 0) {
         connectionFailed();
         return;
@@ -177,12 +171,12 @@ void SsipEngine::greet()
     set("PUNCTUATION", "none");
     set("CAP_LET_RECOGN", "none");
     set("SPELLING", "off");
-    requireOk("GET OUTPUT_MODULE", [this](const Reply &reply) {
+    request("GET OUTPUT_MODULE", [this](const Reply &reply) {
         m_default.module = m_settings["OUTPUT_MODULE"] = reply.lines.value(0);
     });
-    requireOk("GET LANGUAGE",
-              [this](const Reply &reply) { m_default.language = QString::fromUtf8(reply.lines.value(0)); });
-    requireOk("LIST OUTPUT_MODULES", [this](const Reply &reply) { listVoices(reply.lines); });
+    request("GET LANGUAGE",
+            [this](const Reply &reply) { m_default.language = QString::fromUtf8(reply.lines.value(0)); });
+    request("LIST OUTPUT_MODULES", [this](const Reply &reply) { listVoices(reply.lines); });
 }
 
 void SsipEngine::listVoices(QList<QByteArray> modules)
@@ -195,14 +189,13 @@ void SsipEngine::listVoices(QList<QByteArray> modules)
     }
     const QByteArray module = modules.takeFirst();
     set("OUTPUT_MODULE", module);
-    request("LIST SYNTHESIS_VOICES", [this, module, modules](const Reply &reply) {
-        if (!reply.isRefusal())
-            addVoices(module, reply.lines);
+    request(listOfVoices, [this, module, modules](const Reply &reply) {
+        addVoices(module, reply.lines);
         listVoices(modules);
     });
 }
 
-/// A line is name, language and variant with tabs between them.
+/// A line is name, language and variant with tabs between them. A refusal has no lines.
 void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &lines)
 {
     for (const QByteArray &line : lines) {
@@ -217,7 +210,7 @@ void SsipEngine::addVoices(const QByteArray &module, const QList<QByteArray> &li
 void SsipEngine::chooseDefaultVoice()
 {
     const QLocale user(QLocale::system().uiLanguages().value(0));
-    if (isLanguageOf(m_default.language, user))
+    if (bestLanguage({m_default.language}, user))
         return;
     QStringList languages;
     for (const Voice &voice : m_voices)
@@ -242,17 +235,12 @@ QStringList SsipEngine::descriptions() const
 void SsipEngine::speak(const SpText &text)
 {
     const Voice &voice = text.voice ? m_voices.at(*text.voice) : m_default;
-    m_text.clear();
-    m_earlyEvents.clear();
     set("OUTPUT_MODULE", voice.module);
     if (!voice.name.isEmpty())
         set("SYNTHESIS_VOICE", voice.name);
     set("RATE", QByteArray::number(10 * text.rate));
-    requireOk("SPEAK", [this, data = dataLines(text.text)](const Reply &) {
-        // Ahead of everything that has been asked meanwhile: the service takes the next lines for the text.
-        m_commands.push_front(
-            {data, orFail([this](const Reply &reply) { textAccepted(reply.lines.value(0)); })});
-    });
+    m_data = dataLines(text.text);
+    request("SPEAK");
 }
 
 void SsipEngine::ping()
@@ -263,25 +251,15 @@ void SsipEngine::ping()
         Q_EMIT alive();
 }
 
-void SsipEngine::textAccepted(const QByteArray &name)
+/// The service tells of this program's texts only, and has one at a time.
+void SsipEngine::report(int event)
 {
-    m_text = name;
-    for (const Event &event : std::exchange(m_earlyEvents, {}))
-        report(event);
-}
-
-void SsipEngine::report(const Event &event)
-{
-    if (m_text.isEmpty())
-        m_earlyEvents.append(event);
-    if (event.text != m_text)
-        return;
     constexpr int begin = 701;
     constexpr int end = 702;
     constexpr int cancelled = 703; // by a screen reader, say: the text is over
-    if (event.code == begin)
+    if (event == begin)
         Q_EMIT begun();
-    else if (event.code == end || event.code == cancelled)
+    else if (event == end || event == cancelled)
         Q_EMIT ended();
 }
 
@@ -295,38 +273,14 @@ void SsipEngine::set(const QByteArray &name, const QByteArray &value)
     m_settings[name] = value;
     if (name == "OUTPUT_MODULE")
         m_settings.remove("SYNTHESIS_VOICE"); // the service forgets the voice
-    requireOk("SET SELF " + name + ' ' + value);
+    request("SET SELF " + name + ' ' + value);
 }
 
 void SsipEngine::request(const QByteArray &line, Handler done)
 {
     m_commands.push_back({line, std::move(done)});
-    sendNext();
-}
-
-/// A refusal is a failure.
-void SsipEngine::requireOk(const QByteArray &line, Handler done)
-{
-    request(line, orFail(std::move(done)));
-}
-
-SsipEngine::Handler SsipEngine::orFail(Handler done)
-{
-    return [this, done = std::move(done)](const Reply &reply) {
-        if (reply.isRefusal())
-            Q_EMIT failed(reply.code, QString::fromUtf8(reply.text));
-        else if (done)
-            done(reply);
-    };
-}
-
-void SsipEngine::sendNext()
-{
-    if (m_done || m_commands.empty())
-        return;
-    send(m_commands.front().line + "\r\n");
-    m_done = std::move(m_commands.front().done);
-    m_commands.pop_front();
+    if (m_commands.size() == 1)
+        send(line + "\r\n");
 }
 
 /// Does not wait. When the service takes no more, data is lost; receive() or SpVoice's timeout notices that.
@@ -363,16 +317,29 @@ void SsipEngine::readLines()
     m_received.remove(0, start);
 }
 
-/// Codes from 700 are reports; all else answers the command that is under way.
 void SsipEngine::dispatch(const Reply &message)
 {
-    if (message.code / 100 == 7) {
-        report({message.code, message.lines.value(0)});
-    } else if (m_done) {
-        m_done(message);
-        m_done = {};
-        sendNext();
-    }
+    constexpr int receivingData = 230;
+    if (message.code / 100 == 7)
+        report(message.code);
+    else if (message.code == receivingData)
+        send(m_data);
+    else if (!m_commands.empty())
+        finishCommand(message);
+}
+
+/// A refusal is a failure, but for a module that cannot tell its voices.
+void SsipEngine::finishCommand(const Reply &reply)
+{
+    const Command command = m_commands.front();
+    constexpr int firstRefusal = 300;
+    if (reply.code >= firstRefusal && command.line != listOfVoices)
+        Q_EMIT failed(reply.code, QString::fromUtf8(reply.text));
+    else if (command.done)
+        command.done(reply);
+    m_commands.pop_front();
+    if (!m_commands.empty())
+        send(m_commands.front().line + "\r\n");
 }
 
 } // namespace speech

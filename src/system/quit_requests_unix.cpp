@@ -4,7 +4,6 @@
 #include <QSocketNotifier>
 
 #include <csignal>
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -34,10 +33,8 @@ void handleUnlessIgnored(int signal)
 
 void onQuitRequest(std::function<void()> quit)
 {
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, signalSockets) != 0)
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalSockets) != 0)
         return;
-    for (const int socket : signalSockets)
-        fcntl(socket, F_SETFD, FD_CLOEXEC); // not inherited by child processes
     auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, qApp);
     QObject::connect(notifier, &QSocketNotifier::activated, qApp, [quit = std::move(quit)] {
         char byte = 0;

@@ -2,7 +2,6 @@
 
 #include "error.h"
 #include "phrases.h"
-#include "sp_voice.h"
 
 using speech::SpVoice;
 
@@ -13,8 +12,6 @@ Announcement::Announcement(const VoiceChoice &choice)
 {
 }
 
-Announcement::~Announcement() = default;
-
 void Announcement::createVoice()
 {
     V = std::make_unique<SpVoice>();
@@ -24,8 +21,7 @@ void Announcement::createVoice()
 
 QString Announcement::firstPhrase(int n)
 {
-    sCallPhrase = voice::firstPhrase(n);
-    return sCallPhrase;
+    return sCallPhrase = voice::firstPhrase(n);
 }
 
 void Announcement::speak(const QString &phrase)

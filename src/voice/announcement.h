@@ -1,13 +1,6 @@
 #pragma once
 
-#include <QObject>
-
-#include <memory>
-#include <optional>
-
-namespace speech {
-class SpVoice;
-} // namespace speech
+#include "sp_voice.h"
 
 namespace voice {
 
@@ -29,7 +22,6 @@ class Announcement : public QObject
 public:
     /// `choice` is read at each phrase and must live as long as this.
     explicit Announcement(const VoiceChoice &choice);
-    ~Announcement() override;
 
     /// Creates the voice. Throws files::Error when no speech service is installed; nothing can be said then.
     void createVoice();

@@ -1,11 +1,9 @@
 #include "frmVoices.h"
 
-#include "announcement.h"
 #include "delayed_input.h"
 #include "design_table.h"
 #include "error.h"
 #include "message_box.h"
-#include "sp_voice.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -56,8 +54,6 @@ frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
     connect(controls::control<QPushButton>(this, "cSave"), &QPushButton::clicked, this,
             &frmVoices::cSave_Click);
 }
-
-frmVoices::~frmVoices() = default;
 
 void frmVoices::Form_Load()
 {

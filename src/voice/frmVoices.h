@@ -1,19 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "announcement.h"
 
-#include <memory>
+#include <QWidget>
 
 class QListWidget;
 class QSlider;
-
-namespace speech {
-class SpVoice;
-} // namespace speech
-
-namespace voice {
-struct VoiceChoice;
-} // namespace voice
 
 /// The window in which the operator chooses a voice and a speed, -10 to 10, for the spoken calls. It shows
 /// nothing of the choice in force, and changes it only when cSave is pressed.
@@ -24,7 +16,6 @@ class frmVoices : public QWidget
 public:
     /// `choice` must outlive the window.
     frmVoices(voice::VoiceChoice &choice, QWidget *owner);
-    ~frmVoices() override;
 
     /// Opens the speech service, which fills the list as soon as it answers. Says so over the window when
     /// there is none or it fails.

@@ -13,22 +13,6 @@ namespace {
 constexpr std::array<QStringView, game::columnCount> letterWords{u"Bee, ", u"Eye, ", u"En, ", u"Gee, ",
                                                                  u"Oh, "};
 
-QString digitByDigit(QStringView word, QStringView digits)
-{
-    return word % digits.left(1) % u" ," % digits.mid(1, 1);
-}
-
-/// The follow-up of a phrase that begins like the first letter word: B has numbers of one digit.
-QString followUpOfB(QStringView word, const QString &phrase)
-{
-    const QStringView digits = QStringView(phrase).mid(word.size());
-    if (phrase.size() != word.size() + 1)
-        return digitByDigit(word, digits);
-    if (digits == u'4')
-        return QStringLiteral("And After");
-    return word % digits;
-}
-
 } // namespace
 
 QString firstPhrase(int n)
@@ -38,11 +22,16 @@ QString firstPhrase(int n)
 
 QString followUp(const QString &phrase)
 {
-    if (phrase.startsWith(letterWords.front().left(2)))
-        return followUpOfB(letterWords.front(), phrase);
     for (const QStringView word : letterWords) {
-        if (phrase.startsWith(word.left(2)))
-            return digitByDigit(word, QStringView(phrase).mid(word.size()));
+        if (!phrase.startsWith(word.left(2)))
+            continue;
+        const QStringView digits = QStringView(phrase).mid(word.size());
+        const bool isAfterB = word == letterWords.front(); // where numbers have one digit
+        if (isAfterB && digits == u'4')
+            return QStringLiteral("And After");
+        if (isAfterB && digits.size() == 1)
+            return word % digits;
+        return word % digits.left(1) % u" ," % digits.mid(1, 1);
     }
     return phrase;
 }

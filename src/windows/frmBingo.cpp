@@ -52,8 +52,9 @@ frmBingo::frmBingo(QWidget *owner)
     controls::buildDesign(design, this);
     RTB1 = controls::control<controls::RichTextBox>(this, "RTB1");
     Text1 = controls::control<controls::TextBox>(this, "Text1");
+    setAccessibleName(QStringLiteral("BINGO opened")); // said when the window comes to the front
     RTB1->setAccessibleName(QStringLiteral("BINGO"));
-    Text1->setAccessibleName(QStringLiteral("BINGO"));
+    Text1->setAccessibleName(QStringLiteral("A click or Alt+F4 closes it"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
     RTB1->setFrameShape(QFrame::NoFrame);
     RTB1->setBaseFont(controls::displayFont(99.75));

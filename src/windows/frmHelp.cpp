@@ -11,10 +11,10 @@
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -22,17 +22,6 @@ namespace {
 // The client area, in twips.
 constexpr int clientWidth = 8160;
 constexpr int clientHeight = 7245;
-
-qsizetype longestWord(const QString &text)
-{
-    qsizetype longest = 0;
-    qsizetype length = 0;
-    for (const QChar character : text) {
-        length = character.isSpace() ? 0 : length + 1;
-        longest = std::max(longest, length);
-    }
-    return longest;
-}
 
 /// Qt's own dialog shows these fields whatever its option says; that of Windows has no such children.
 void hidePageRange(const QPrintDialog *dialog)
@@ -117,8 +106,8 @@ void frmHelp::Form_Load()
 void frmHelp::showText(const QString &text)
 {
     // Qt's time to wrap a word grows with the square of its length, except where any letter may begin a line.
-    constexpr qsizetype slowWord = 2000;
-    if (longestWord(text) > slowWord)
+    static const QRegularExpression slowWord(QStringLiteral("(?<!\\S)\\S{2000}"));
+    if (text.contains(slowWord))
         txtHelp->setWordWrapMode(QTextOption::WrapAnywhere);
     txtHelp->setPlainText(text);
 }

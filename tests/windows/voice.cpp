@@ -48,7 +48,6 @@ static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
     if (std::wstring(text) == L"Gee, 48")
         return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
     FILE *said = _wfopen(_wgetenv(L"VELLOMIR_SAID"), L"a");
-
     std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice).name.c_str(), self(voice).rate,
                  self(voice).boundary, flags, text);
     std::fclose(said);

@@ -1,0 +1,113 @@
+#include "frmMain.h"
+
+#include "buttons.h"
+#include "combo_box.h"
+#include "numbers.h"
+#include "rich_text_box.h"
+#include "screen_reader.h"
+
+#include <QAction>
+#include <QTimer>
+
+using game::spokenLabel;
+
+namespace {
+
+QString listed(const QStringList &texts)
+{
+    return texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+/// The current number and the count: "N 33, 12 called".
+QString frmMain::stateInWords() const
+{
+    const QString count = QStringLiteral("%1 called").arg(iCallCnt);
+    return iLastCalls[1] == 0 ? count : spokenLabel(iLastCalls[1]) + QStringLiteral(", ") + count;
+}
+
+void frmMain::sayAutoCall()
+{
+    if (Timer2->isActive())
+        m_announcer->say(QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText()));
+    else if (chkAutoCall->isChecked())
+        m_announcer->say(QStringLiteral("Paused"));
+    else
+        m_announcer->say(QStringLiteral("Automatic calling off"));
+}
+
+/// Pattern `id` was selected or put away.
+void frmMain::sayPattern(int id)
+{
+    const QString caption = cDemoButt[id]->text();
+    QStringList columns;
+    for (const char16_t letter : patterns::pattern(id).shadow.letters())
+        columns += QChar(letter);
+    if (iCurPattern != id)
+        m_announcer->say(caption + QStringLiteral(" put away"));
+    else if (columns.isEmpty() || !mnuShaddow->isChecked())
+        m_announcer->say(caption + QStringLiteral(", all columns in play"));
+    else
+        m_announcer->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
+}
+
+void frmMain::sayShaddow(bool checked)
+{
+    m_announcer->say(mnuShaddow->text() +
+                     (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
+}
+
+/// The numbers that are red on the large board.
+void frmMain::describeBoard()
+{
+    QStringList called;
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (isCalled(n))
+            called += spokenLabel(n);
+    }
+    RTB2->setAccessibleDescription(listed(called));
+}
+
+/// The current number and the past ones.
+void frmMain::describeCalls()
+{
+    QStringList past;
+    for (int k = 2; k <= 5 && iLastCalls[k] != 0; ++k)
+        past += spokenLabel(iLastCalls[k]);
+    RTB3->setAccessibleDescription(iLastCalls[1] == 0 ? listed({}) : spokenLabel(iLastCalls[1]));
+    RTB4->setAccessibleDescription(listed(past));
+}
+
+/// Has the names follow the record in a moment. By then the focus has left the control that was pressed,
+/// whose new name a screen reader would say, too.
+void frmMain::nameSoon()
+{
+    if (!m_naming->isActive())
+        m_naming->start();
+}
+
+/// Gives controls the names that they have not yet, a few at a time: a screen reader that has fifty events
+/// before it drops what is to be said.
+void frmMain::nameByState()
+{
+    int left = 10;
+    const auto name = [&left](QWidget *control, const QString &spoken) {
+        if (left > 0 && control->accessibleName() != spoken) {
+            control->setAccessibleName(spoken);
+            --left;
+        }
+    };
+    name(m_announcer, stateInWords());
+    for (int n = 1; n <= game::numberCount; ++n)
+        name(cButt[n],
+             spokenLabel(n) + (isCalled(n) ? QStringLiteral(", called") : QStringLiteral(", not called")));
+    for (int id = 1; id <= patterns::patternCount; ++id)
+        name(cDemoButt[id], cDemoButt[id]->text() + (id == iCurPattern ? QStringLiteral(" pattern, selected")
+                                                                       : QStringLiteral(" pattern")));
+    for (int i = 1; i <= patterns::cellCount; ++i)
+        name(m_card->cell(i), m_card->cellInWords(i));
+    name(m_card->cell(1)->parentWidget(), m_card->inWords());
+    if (left == 0)
+        nameSoon();
+}

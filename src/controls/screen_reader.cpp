@@ -1,0 +1,92 @@
+#include "screen_reader.h"
+
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QTimer>
+#include <QWindow>
+
+namespace controls {
+
+namespace {
+
+constexpr int mostWaiting = 4;
+
+/// What screen readers take a control for, where Qt tells them something else: a display of numbers for a
+/// page of text, and a container for nothing, though it has a name.
+QAccessibleInterface *makeInterface(const QString &className, QObject *object)
+{
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (className == QStringLiteral("controls::RichTextBox"))
+        return new QAccessibleWidget(widget, QAccessible::Indicator);
+    if (className == QStringLiteral("controls::Announcer"))
+        return new QAccessibleWidget(widget, QAccessible::StatusBar);
+    if (className == QStringLiteral("controls::Notice"))
+        return new QAccessibleWidget(widget, QAccessible::Notification);
+    if (className == QStringLiteral("QWidget") && !widget->isWindow() && !widget->accessibleName().isEmpty())
+        return new QAccessibleWidget(widget, QAccessible::Grouping);
+    return nullptr;
+}
+
+} // namespace
+
+class Notice : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+};
+
+Announcer::Announcer(QWidget *window)
+    : QWidget(window)
+{
+    QAccessible::installFactory(makeInterface);
+    for (QWidget *&notice : m_notices)
+        notice = new Notice(this);
+    resize(0, 0);
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *front) {
+        if (front)
+            m_opening.clear();
+        QTimer::singleShot(0, this, &Announcer::sayWaiting); // behind what is said of the window
+    });
+}
+
+void Announcer::say(const QString &sentence)
+{
+    m_waiting += sentence;
+    while (m_waiting.size() > mostWaiting)
+        m_waiting.removeFirst();
+    QTimer::singleShot(0, this, &Announcer::sayWaiting);
+}
+
+void Announcer::sayWaiting()
+{
+    const bool windowsChange = m_opening && !m_opening->isActiveWindow();
+    if (m_waiting.isEmpty() || windowsChange || !QApplication::activeWindow() ||
+        QApplication::activeModalWidget())
+        return;
+    tell(m_waiting.join(QStringLiteral(". ")));
+    m_waiting.clear();
+}
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+void Announcer::tell(const QString &sentence)
+{
+    QAccessibleAnnouncementEvent event(this, sentence);
+    QAccessible::updateAccessibility(&event);
+}
+#else
+/// Qt has no event for this before 6.8, but AT-SPI's screen readers read out a notification that appears in a
+/// status bar. One that appears twice in quick succession is read out once, so several take turns.
+void Announcer::tell(const QString &sentence)
+{
+    QWidget *notice = m_notices[m_turn++ % m_notices.size()];
+    notice->setAccessibleName(sentence);
+    QAccessibleEvent event(notice, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&event);
+}
+#endif
+
+} // namespace controls
+
+#include "screen_reader.moc"
