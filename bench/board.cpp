@@ -9,7 +9,7 @@
 #include "appearance.h"
 #include "design_table.h"
 #include "modMain.h"
-#include "support/main_window.h"
+#include "main_window.h"
 
 #include <QElapsedTimer>
 #include <QFile>

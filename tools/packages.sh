@@ -22,11 +22,11 @@ packages_run=(
 # A desktop without a screen, and hands and eyes for it: tests/support/desktop.py.
 packages_desktop=(
     xvfb
+    xauth # xvfb-run asks for it
     openbox
     xdotool
     x11-utils
-    faketime
-    imagemagick
+    imagemagick # pictures: tools/picture
     dbus-daemon
     at-spi2-core
     python3
@@ -34,16 +34,11 @@ packages_desktop=(
     gir1.2-atspi-2.0
 )
 
-# The asan preset: what compiles and fuzzes, and what names the lines in its reports.
-packages_sanitize=(
+# tools/fuzz/run: what compiles and fuzzes, and what names the lines in its reports.
+packages_fuzz=(
     clang
     libclang-rt-dev
     llvm
-)
-
-# tools/valgrind.
-packages_valgrind=(
-    valgrind
 )
 
 # tools/format and tools/lint.

@@ -32,8 +32,8 @@ void frmMain::drawLetters()
     RTB1->setAlignment(RTB1->all(), Qt::AlignHCenter);
     RTB1->setColor(RTB1->all(), colors::blue);
     const int letter = QFontMetrics(RTB1->font(), RTB1).horizontalAdvance(u'B');
-    if (letter > RTB1->viewport()->width())
-        RTB1->setLetterWidth(RTB1->all(), 100 * RTB1->viewport()->width() / letter);
+    if (letter > RTB1->contentsRect().width())
+        RTB1->setLetterWidth(RTB1->all(), 100 * RTB1->contentsRect().width() / letter);
     RTB1->showStart();
 }
 

@@ -1,83 +1,59 @@
 #!/usr/bin/env python3
-"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD
+"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD. Prints "listening", then every line that it hears.
+MOOD is what becomes of a text: normal (begun and ended), early (both before its own answer), cancelled, refused,
+silent (taken, then nothing), dropped (the connection), stuck (nothing is answered any more); or novoices, or mute."""
 
-Listens on the unix socket SOCKET, prints "listening", then every line that a client sends. MOOD says what
-becomes of a text:
-  normal      begun and ended              early     both reported before the text's own answer
-  cancelled   cut off by another program   refused   not taken
-  silent      taken, then never a word of it, though other commands are answered
-  dropped     the connection is closed     stuck     from there on nothing is answered or read
-  novoices    there are no voices to begin with
-  mute        connections are taken and nothing is ever answered
-"""
 import socket
+import socketserver
 import sys
 import threading
 
 VOICES = ["German\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
-          "French (France)\tfr-FR\tnone"]
+          "French (France)\tfr-FR\tnone"]  # fmt: skip
+ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"),
+           "GET LANGUAGE": (251, "en-US")}
 path, mood = sys.argv[1:]
 numbers = iter(range(1, 1_000_000))
 
 
-class Client(threading.Thread):
-    def __init__(self, connection):
-        super().__init__(daemon=True)
-        self.connection = connection
-        self.lines = connection.makefile("r", encoding="utf-8", newline="\r\n")
+class Client(socketserver.StreamRequestHandler):
+    def answer(self, code, *lines):
+        self.wfile.write("".join(f"{code}-{line}\r\n" for line in lines).encode() + f"{code} OK\r\n".encode())
 
-    def answer(self, code, text, *lines):
-        message = [f"{code}-{line}" for line in lines] + [f"{code} {text}"]
-        try:
-            self.connection.sendall("".join(line + "\r\n" for line in message).encode())
-        except OSError:
-            pass  # The client is gone, but what it said before can still be read.
-
-    def read(self):
-        line = self.lines.readline().removesuffix("\r\n")
-        if line:
-            print(line, flush=True)
+    def heard(self):
+        line = self.rfile.readline().decode().removesuffix("\r\n")
+        print(line or "", end="\n" if line else "", flush=True)
         return line
 
-    def run(self):
+    def handle(self):
         if mood == "mute":
             threading.Event().wait()
-        while command := self.read().upper():
+        while command := self.heard().upper():
             if command == "SPEAK" and mood == "refused":
-                self.answer(402, "ERR NOT NOW")
+                self.answer(402)
             elif command == "SPEAK":
-                self.answer(230, "OK RECEIVING DATA")
+                self.answer(230)
                 self.take_text()
-            elif command == "LIST OUTPUT_MODULES":
-                self.answer(250, "OK MODULE LIST SENT", "dummy", "fake")
             elif command.startswith("LIST SYNTHESIS_VOICES"):
-                self.answer(249, "OK VOICE LIST SENT", *([] if mood == "novoices" else VOICES))
-            elif command.startswith("GET"):
-                value = {"GET OUTPUT_MODULE": "fake", "GET LANGUAGE": "en-US"}.get(command, "0")
-                self.answer(251, "OK GET RETURNED", value)
+                self.answer(249, *([] if mood == "novoices" else VOICES))
             else:
-                self.answer(200, "OK")
+                self.answer(*ANSWERS.get(command, (200,)))
 
     def take_text(self):
-        while self.read() not in (".", ""):
+        while self.heard() not in (".", ""):
             pass
         if mood == "dropped":
             self.connection.shutdown(socket.SHUT_RDWR)
-        if mood == "stuck":
+        if mood in ("dropped", "stuck"):
             threading.Event().wait()
         number = next(numbers)
-        if mood != "early":
-            self.answer(225, "OK MESSAGE QUEUED", number)
-        if mood != "silent":
-            self.answer(701, "BEGIN", number, 1)
-            self.answer(*((703, "CANCELED") if mood == "cancelled" else (702, "END")), number, 1)
-        if mood == "early":
-            self.answer(225, "OK MESSAGE QUEUED", number)
+        answers = [(225, number), (701, number, 1), (703 if mood == "cancelled" else 702, number, 1)]
+        for answer in answers[: 1 if mood == "silent" else 3] if mood != "early" else answers[1:] + answers[:1]:
+            self.answer(*answer)
 
 
-with socket.socket(socket.AF_UNIX) as listener:
-    listener.bind(path)
-    listener.listen()
+socketserver.ThreadingUnixStreamServer.daemon_threads = True
+with socketserver.ThreadingUnixStreamServer(path, Client) as service:
+    service.handle_error = lambda *_: None  # The client is gone.
     print("listening", flush=True)
-    while True:
-        Client(listener.accept()[0]).start()
+    service.serve_forever()

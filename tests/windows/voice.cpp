@@ -12,22 +12,6 @@
 #include <cstdio>
 #include <string>
 
-namespace {
-
-HRESULT STDMETHODCALLTYPE doNothing(void *)
-{
-    return S_OK;
-}
-
-template <typename Table>
-Table tableOfNothing()
-{
-    Table table;
-    std::fill_n(reinterpret_cast<void **>(&table), sizeof table / sizeof(void *),
-                reinterpret_cast<void *>(doNothing));
-    return table;
-}
-
 struct Voice : ISpVoice
 {
     std::wstring name = L"default";
@@ -38,18 +22,26 @@ struct Voice : ISpVoice
     std::atomic<int> ended = 0;
 };
 
-Voice &self(ISpVoice *voice)
+static Voice &self(ISpVoice *voice)
 {
     return static_cast<Voice &>(*voice);
 }
 
-void CALLBACK end(void *voice, BOOLEAN)
+static HRESULT doNothing()
 {
-    ++static_cast<Voice *>(voice)->ended;
-    SetEvent(static_cast<Voice *>(voice)->news);
+    return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
+template <typename Table>
+static Table tableOfNothing()
+{
+    Table table;
+    void **functions = reinterpret_cast<void **>(&table);
+    std::fill_n(functions, sizeof table / sizeof *functions, reinterpret_cast<void *>(doNothing));
+    return table;
+}
+
+static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
 {
     if (!text)
         return S_OK;
@@ -61,22 +53,27 @@ HRESULT STDMETHODCALLTYPE speak(ISpVoice *voice, const wchar_t *text, DWORD flag
     std::fclose(said);
     ++self(voice).begun;
     SetEvent(self(voice).news);
+    const auto end = [](void *spoken, BOOLEAN) {
+        ++static_cast<Voice *>(spoken)->ended;
+        SetEvent(static_cast<Voice *>(spoken)->news);
+    };
     HANDLE timer = nullptr;
     CreateTimerQueueTimer(&timer, nullptr, end, voice, 300, 0, WT_EXECUTEONLYONCE);
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
+static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
 {
-    std::atomic<int> &first = self(voice).begun > 0 ? self(voice).begun : self(voice).ended;
-    if (first == 0)
+    const bool isBegin = self(voice).begun > 0;
+    std::atomic<int> &kind = isBegin ? self(voice).begun : self(voice).ended;
+    if (kind == 0)
         return S_FALSE;
-    --first;
-    event->eEventId = &first == &self(voice).begun ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
+    --kind;
+    event->eEventId = isBegin ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE setVoice(ISpVoice *voice, ISpObjectToken *token)
+static HRESULT setVoice(ISpVoice *voice, ISpObjectToken *token)
 {
     wchar_t *id = nullptr;
     token->lpVtbl->GetId(token, &id);
@@ -84,7 +81,7 @@ HRESULT STDMETHODCALLTYPE setVoice(ISpVoice *voice, ISpObjectToken *token)
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
+static HRESULT makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
 {
     static ISpVoiceVtbl table = tableOfNothing<ISpVoiceVtbl>();
     table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
@@ -99,9 +96,7 @@ HRESULT STDMETHODCALLTYPE makeVoice(IClassFactory *, IUnknown *, REFIID, void **
     return S_OK;
 }
 
-} // namespace
-
-extern "C" __declspec(dllexport) HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, void **made)
+extern "C" __declspec(dllexport) HRESULT DllGetClassObject(REFCLSID, REFIID, void **made)
 {
     static IClassFactoryVtbl table = tableOfNothing<IClassFactoryVtbl>();
     table.CreateInstance = makeVoice;

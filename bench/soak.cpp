@@ -1,12 +1,12 @@
 // A long evening in a short time: does the same again and again, and compares the memory and the pace of the
 // first tenth with those of the end. Nothing may grow, and nothing may become slower.
 //
-//     length [divisor]
+//     bench_soak [divisor]
 //
 // A divisor of 100 does a hundredth of it.
 
 #include "appearance.h"
-#include "support/main_window.h"
+#include "main_window.h"
 
 #include <QAction>
 #include <QElapsedTimer>
@@ -108,8 +108,8 @@ int main(int argc, char *argv[])
             QCoreApplication::processEvents();
         w.speech.spoken.clear();
     });
-    const bool counted = w.caption("lblCallCnt") == QString("Balls Called: %1").arg(100000 / divisor);
-    std::printf("%s\n", qPrintable(w.caption("lblCallCnt")));
+    const bool counted = w.find<QLabel>("lblCallCnt")->text() == QString("Balls Called: %1").arg(100000 / divisor);
+    std::printf("%s\n", qPrintable(w.find<QLabel>("lblCallCnt")->text()));
     w.find<QCheckBox>("chkMakeVoiceCall")->click();
     openAndClose("frmHelp", [&] { choose("mnuHelp"); });
     openAndClose("frmAbout", [&] { choose("mnuAbout"); });
