@@ -52,7 +52,8 @@ bool HeldKeys::isRepeat(const QKeyEvent &press) const
 {
     if (press.isAutoRepeat() || QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
         return press.isAutoRepeat();
-    return press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
+    // While a screen reader listens, Qt hands on copies of the keys, which have no time.
+    return press.timestamp() != 0 && press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
 }
 
 } // namespace controls
