@@ -76,10 +76,8 @@ public:
     /// Types where the focus is, "\r" for Enter.
     void type(const QString &text, Qt::KeyboardModifiers held = {}) const
     {
-        QWindow *focused = QGuiApplication::focusWindow();
         for (const QChar c : text)
-            hit(focused ? focused : window->windowHandle(),
-                c == u'\r' ? int(Qt::Key_Return) : int(c.toUpper().unicode()),
+            hit(keyboard(), c == u'\r' ? int(Qt::Key_Return) : int(c.toUpper().unicode()),
                 QString(held & Qt::ControlModifier ? QChar(c.unicode() & 31) : c), held);
     }
     QWindow *keyboard() const
