@@ -57,7 +57,7 @@ private:
             Q_EMIT room.speech.engine->ended();
         }
         if (QWidget *box = QApplication::activeModalWidget(); box && below(5) == 0)
-            return QTest::keyClick(box->windowHandle(), Qt::Key_Escape);
+            return Room::hit(box->windowHandle(), Qt::Key_Escape);
         if (!QGuiApplication::focusWindow())
             return room.window->activateWindow();
         static const QRegularExpression name("^(?!mnu|gone|hush)\\w{3,}$");
