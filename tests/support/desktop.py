@@ -6,6 +6,7 @@ a screen reader does: by accessible names. Places are screen pixels.
     program.the("Balls Called: 1")
 """
 
+import contextlib
 import re
 import subprocess
 import time
@@ -143,9 +144,12 @@ def children(accessible):
 def walk(accessible):
     if accessible is not None:
         yield accessible
-        for child in children(accessible):
-            yield from walk(child)
+        with contextlib.suppress(GLib.Error):  # It went away while it was read.
+            for child in children(accessible):
+                yield from walk(child)
 
 
 def has(accessible, state):
-    return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
+    with contextlib.suppress(GLib.Error):
+        return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
+    return False
