@@ -21,6 +21,13 @@ bool actsOnce(const QKeyEvent &press)
     }
 }
 
+/// While a screen reader listens, Qt takes the keys from their windows and sends copies later, without a
+/// time.
+bool isCopy(const QKeyEvent &key)
+{
+    return key.timestamp() == 0;
+}
+
 } // namespace
 
 HeldKeys::HeldKeys(QCoreApplication &application)
@@ -39,6 +46,8 @@ bool HeldKeys::eventFilter(QObject *watched, QEvent *event)
     }
     if (event->type() == QEvent::KeyRelease) {
         const auto &release = static_cast<const QKeyEvent &>(*event);
+        if (isCopy(release))
+            return false;
         m_releasedKey = release.key();
         m_releaseTime = release.timestamp();
     }
@@ -52,7 +61,7 @@ bool HeldKeys::isRepeat(const QKeyEvent &press) const
 {
     if (press.isAutoRepeat() || QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
         return press.isAutoRepeat();
-    return press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
+    return !isCopy(press) && press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
 }
 
 } // namespace controls

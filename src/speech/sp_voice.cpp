@@ -185,8 +185,8 @@ void SpVoice::ping()
     m_timeLeft -= m_timeouts.ping;
     if (m_timeLeft.count() <= 0 || m_unanswered == 2) {
         QString description = QStringLiteral("The speech service does not answer.");
-        if (!m_streams.empty())
-            description += QStringLiteral(" What was waiting was not spoken.");
+        if (!m_streams.empty() && !isWaiting())
+            description += QStringLiteral(" The waiting calls were not spoken.");
         engineFailed({SpSilent, description});
         return;
     }
