@@ -269,7 +269,7 @@ class Outside(unittest.TestCase):
     def test_speech(self):
         for fault, text in (
             (SIGKILL, "Desc: The speech service was lost.\nErr #: 2"),
-            (SIGSTOP, "Desc: The speech service does not answer. What was waiting was not spoken.\nErr #: 3"),
+            (SIGSTOP, "Desc: The speech service does not answer. The waiting calls were not spoken.\nErr #: 3"),
         ):
             with self.subTest(text):
                 self.serve("silent")
