@@ -122,8 +122,8 @@ class Outside(unittest.TestCase):
         count(0)
         program.type("".join(f"{n}\r" for n in range(1, 76)), delay=4)
         count(75)
-        self.assertEqual(program.text("Past numbers").split(), ["O74", "O73", "O72", "O71"])
-        self.assertEqual(program.text("Current number").strip(), "O75")
+        self.assertEqual(program.the("Past numbers").get_description(), "O 74, O 73, O 72, O 71")
+        self.assertEqual(program.the("Current number").get_description(), "O 75")
         key("r")
         program.the("Full Board....")
         key("Return")
@@ -269,7 +269,7 @@ class Outside(unittest.TestCase):
     def test_speech(self):
         for fault, text in (
             (SIGKILL, "Desc: The speech service was lost.\nErr #: 2"),
-            (SIGSTOP, "Desc: The speech service does not answer. What was waiting was not spoken.\nErr #: 3"),
+            (SIGSTOP, "Desc: The speech service does not answer. The waiting calls were not spoken.\nErr #: 3"),
         ):
             with self.subTest(text):
                 self.serve("silent")
