@@ -9,15 +9,10 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QStyle>
-#include <QTimer>
-
-#include <chrono>
 
 namespace controls {
 
 namespace {
-
-constexpr std::chrono::milliseconds retryPause(50);
 
 /// A width that shows the title whole: the desktop writes it in a font of its own, between an icon and three
 /// buttons.
@@ -74,8 +69,9 @@ bool confirmed(QWidget *owner, const QString &text, const QString &title)
 
 void reportError(QWidget *owner, const files::Error &error)
 {
-    if (QApplication::activeModalWidget()) {
-        QTimer::singleShot(retryPause, qApp, [owner = QPointer(owner), error] { reportError(owner, error); });
+    if (const QWidget *open = QApplication::activeModalWidget()) {
+        const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
+        QObject::connect(open, &QObject::destroyed, qApp, later, Qt::QueuedConnection);
         return;
     }
     const QString text =
