@@ -10,7 +10,7 @@ namespace {
 const QStringList steps =
     QString("cRandNum cmdClear cPause chkAutoCall chkMakeVoiceCall cBingo mnuHelp mnuAbout mnuSpeak "
             "mnuShaddow cListen cSave cOK List1 Slider1 RTB2 s s s3 a a . gone hush 'r 'p '7 '12/ "
-            "'n33/ '_4/ 'x/ '/ key=Escape key=Tab key=Space key=Down key=Ctrl+Z cboSec "
+            "'n33/ '_4/ 'x/ '/ key=Escape key=Tab key=Space key=Down cboSec "
             "frmBingo frmHelp frmAbout frmVoices Text1")
         .split(' ');
 
@@ -57,7 +57,7 @@ private:
             Q_EMIT room.speech.engine->ended();
         }
         if (QWidget *box = QApplication::activeModalWidget(); box && below(5) == 0)
-            return QTest::keyClick(box->windowHandle(), Qt::Key_Escape);
+            return Room::hit(box->windowHandle(), Qt::Key_Escape);
         if (!QGuiApplication::focusWindow())
             return room.window->activateWindow();
         static const QRegularExpression name("^(?!mnu|gone|hush)\\w{3,}$");
@@ -89,7 +89,7 @@ private:
     {
         const int count = room.find<QLabel>("lblCallCnt")->text().section(' ', -1).toInt();
         const QString current = room.textOf("RTB3");
-        if (count == 0)
+        if (count < m_calls.size()) // cleared
             m_calls.clear();
         if (count > m_calls.size()) {
             m_calls.prepend(current);

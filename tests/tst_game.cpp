@@ -54,9 +54,7 @@ const struct
     {"3 chkAutoCall s 3:s", "1 B3 red 3 in 1 Pause counts. focus cPause; Q"},
     {"1-75 chkAutoCall s4", "75 O75/O74 O73 O72 O71 red 1-75 in 2 Pause counts. focus cPause; "
                             "Vellomir: Full Board....; Vellomir: Full Board...."},
-    {"chkMakeVoiceCall 8 ~ voice=99 chkAutoCall s2:p",
-     "2 N39/B8 red 8 39 Paused Play; Bee, 8; Bee, 8; Run-Time Error: Desc: There is no voice number 100. Err "
-     "#: 5"},
+    {"1-75 chkAutoCall s2:u", "75 O75/O74 O73 O72 O71 red 1-75; Vellomir: Full Board...."},
     // ---- clear, BINGO
     {"12 7 44 chkAutoCall '5 cmdClear:N s9", "3 N44/B7  B12 red 7 12 44 Paused Play; C"},
     {"12 7 44 chkAutoCall cmdClear:Y 9", "1 B9 red 9 Paused Play; C"},

@@ -85,3 +85,13 @@ packages_wine=(
     fonts-liberation
     xauth # xvfb-run asks for it
 )
+
+# tests/screen_reader.py: the screen reader whose words it compares.
+packages_screen_reader=(
+    orca
+    xvfb
+    openbox
+    xdotool
+    dbus-daemon
+    procps
+)

@@ -27,11 +27,12 @@ int titleWidth(const QMessageBox &box)
 /// A notice, which has no icon, has its text and its button in the middle.
 void layOut(QMessageBox &box)
 {
-    auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
-    text->setMinimumWidth(titleWidth(box));
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    const int columns = grid->columnCount();
+    grid->addItem(new QSpacerItem(titleWidth(box), 0), grid->rowCount(), 0, 1, columns);
     if (box.icon() == QMessageBox::NoIcon) {
-        auto *grid = qobject_cast<QGridLayout *>(box.layout());
-        grid->addWidget(text, 0, 0, 1, grid->columnCount()); // over the empty columns of the icon, too
+        auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+        grid->addWidget(text, 0, 0, 1, columns); // over the empty columns of the icon, too
         text->setContentsMargins({});
         text->setAlignment(Qt::AlignCenter);
         box.findChild<QDialogButtonBox *>()->setCenterButtons(true);

@@ -16,8 +16,6 @@ struct Error : std::exception
     {
     }
 
-    const char *what() const noexcept override { return "a service of the desktop failed"; }
-
     int number;
     QString description;
 };

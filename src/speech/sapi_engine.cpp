@@ -1,7 +1,6 @@
 #include "sapi_engine.h"
 
 #include "error.h"
-#include "system_engine.h"
 
 #include <sphelper.h>
 

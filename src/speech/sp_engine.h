@@ -56,4 +56,7 @@ Q_SIGNALS:
 /// Makes a new engine, or throws Error when it is known at once that no service is installed.
 using SpEngineFactory = std::function<std::unique_ptr<SpEngine>()>;
 
+/// Makes the engine for this system's service: SsipEngine, or SapiEngine on Windows.
+std::unique_ptr<SpEngine> makeSystemEngine();
+
 } // namespace speech

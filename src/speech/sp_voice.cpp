@@ -16,6 +16,11 @@ QString withPauses(QString text)
     return text.replace(comma, QStringLiteral(", "));
 }
 
+files::Error noSuchVoice(qsizetype position)
+{
+    return {SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(position + 1)};
+}
+
 } // namespace
 
 SpVoice::SpVoice(QObject *parent)
@@ -32,6 +37,13 @@ SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject
     m_pingTimer.setInterval(m_timeouts.ping);
     connect(&m_pingTimer, &QTimer::timeout, this, &SpVoice::ping);
     openEngine();
+}
+
+void SpVoice::setVoice(qsizetype position)
+{
+    if (position < 0 || (m_voices && position >= m_voices->size()))
+        throw noSuchVoice(position);
+    m_voice = position;
 }
 
 // ---- The queue ----
@@ -75,11 +87,10 @@ void SpVoice::speakNext()
 
 void SpVoice::speakFirst()
 {
-    const Stream &first = m_streams.front();
-    const qsizetype voice = first.voice.value_or(0);
-    if (voice < 0 || voice >= m_voices->size()) {
+    const Stream first = m_streams.front();
+    if (first.voice && *first.voice >= m_voices->size()) {
         m_streams.pop_front();
-        signalFailure({SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(voice + 1)});
+        signalFailure(noSuchVoice(*first.voice));
         post([this] { speakNext(); });
     } else {
         m_speaking = true;
@@ -174,8 +185,8 @@ void SpVoice::ping()
     m_timeLeft -= m_timeouts.ping;
     if (m_timeLeft.count() <= 0 || m_unanswered == 2) {
         QString description = QStringLiteral("The speech service does not answer.");
-        if (!m_streams.empty())
-            description += QStringLiteral(" What was waiting was not spoken.");
+        if (!m_streams.empty() && !isWaiting())
+            description += QStringLiteral(" The waiting calls were not spoken.");
         engineFailed({SpSilent, description});
         return;
     }

@@ -2,7 +2,6 @@
 
 #include "error.h"
 #include "sp_engine.h"
-#include "system_engine.h"
 
 #include <QTimer>
 #include <QVariant>
@@ -51,9 +50,9 @@ public:
     /// The descriptions of the installed voices, in the order of their positions. Empty until VoicesKnown.
     QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
 
-    /// The voice of the texts that follow; the service's default until one is set. A text whose voice is not
-    /// in the list fails.
-    void setVoice(qsizetype position) { m_voice = position; }
+    /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
+    /// is known and has no such position; else that is found out text by text.
+    void setVoice(qsizetype position);
 
     /// The speed of the texts that follow, clamped to -10 to 10.
     void setRate(int rate) { m_rate = std::clamp(rate, -10, 10); }

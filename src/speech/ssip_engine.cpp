@@ -1,7 +1,6 @@
 #include "ssip_engine.h"
 
 #include "error.h"
-#include "system_engine.h"
 #include "voice_language.h"
 
 #include <QFile>

@@ -6,6 +6,7 @@ a screen reader does: by accessible names. Places are screen pixels.
     program.the("Balls Called: 1")
 """
 
+import contextlib
 import re
 import subprocess
 import time
@@ -82,8 +83,11 @@ class Program:
         return [found for found in walk(self.application()) if has(found, "SHOWING")]
 
     def find(self, name, role=None):
-        """The accessible of that name (and role, as "push button") that is on screen, or None."""
-        return next((a for a in self.everything() if a.get_name() == name and role in (None, a.get_role_name())), None)
+        """The accessible on screen of that name, its state left out (and role, as "push button"), or None."""
+        for found in self.everything():
+            if name in (found.get_name(), found.get_name().split(", ")[0]) and role in (None, found.get_role_name()):
+                return found
+        return None
 
     def the(self, name, role=None):
         return wait_until(lambda: self.find(name, role), name)
@@ -140,9 +144,12 @@ def children(accessible):
 def walk(accessible):
     if accessible is not None:
         yield accessible
-        for child in children(accessible):
-            yield from walk(child)
+        with contextlib.suppress(GLib.Error):  # It went away while it was read.
+            for child in children(accessible):
+                yield from walk(child)
 
 
 def has(accessible, state):
-    return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
+    with contextlib.suppress(GLib.Error):
+        return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
+    return False

@@ -89,15 +89,21 @@ public:
     void type(const QString &text) const
     {
         for (const QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, keyboard(),
-                                c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode()), QString(c), {});
+            hit(keyboard(), c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode()), QString(c));
     }
     void strike(QKeyCombination keys) const
     {
         const QChar key = QChar(keys.key()).toLower();
         const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
-        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(),
-                            QString(isControl ? QChar(key.unicode() & 31) : key), keys.keyboardModifiers());
+        hit(keyboard(), keys.key(), QString(isControl ? QChar(key.unicode() & 31) : key),
+            keys.keyboardModifiers());
+    }
+    static void hit(QPointer<QWindow> at, Qt::Key key, const QString &text = {},
+                    Qt::KeyboardModifiers held = {})
+    {
+        QTest::sendKeyEvent(QTest::Press, at, key, text, held);
+        if (at)
+            QTest::sendKeyEvent(QTest::Release, at, key, text, held);
     }
     QWindow *keyboard() const
     {
@@ -307,7 +313,7 @@ private:
         QTimer::singleShot(1, this, &Room::answer);
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (box && box == m_answered && ++m_rounds % 500 == 0) // the key was lost
-            QTest::keyClick(box->windowHandle(), Qt::Key_Escape);
+            hit(box->windowHandle(), Qt::Key_Escape);
         if (!box || box == m_answered)
             return;
         boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
@@ -318,13 +324,15 @@ private:
             tick(find<QTimer>("Timer2"));
         if (answer == "e")
             controls::reportError(window, {-2147221164, "No voice"});
+        if (answer == "u")
+            find<QAbstractButton>("chkAutoCall")->click();
         if (answer == "p")
             find<QPushButton>("cPause")->click();
         const Qt::Key key = answer == "Y"   ? Qt::Key_Y
                             : answer == "N" ? Qt::Key_N
                             : answer == "/" ? Qt::Key_Return
                                             : Qt::Key_Escape;
-        QTest::keyClick(box->windowHandle(), key);
+        hit(box->windowHandle(), key);
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
