@@ -10,7 +10,7 @@ namespace {
 const QStringList steps =
     QString("cRandNum cmdClear cPause chkAutoCall chkMakeVoiceCall cBingo mnuHelp mnuAbout mnuSpeak "
             "mnuShaddow cListen cSave cOK List1 Slider1 RTB2 s s s3 a a . gone hush 'r 'p '7 '12/ "
-            "'n33/ '_4/ 'x/ '/ key=Escape key=Tab key=Space key=Down cboSec "
+            "'n33/ '_4/ 'x/ '/ Escape Tab Space Down cboSec "
             "frmBingo frmHelp frmAbout frmVoices Text1")
         .split(' ');
 
@@ -60,7 +60,7 @@ private:
             return Room::hit(box->windowHandle(), Qt::Key_Escape);
         if (!QGuiApplication::focusWindow())
             return room.window->activateWindow();
-        static const QRegularExpression name("^(?!mnu|gone|hush)\\w{3,}$");
+        static const QRegularExpression name("^(?!mnu|gone|hush|Escape|Tab|Space|Down)\\w{3,}$");
         const auto *control = room.window->findChild<QWidget *>(step);
         if (name.match(step).hasMatch() && (!control || !control->isVisible()))
             return;

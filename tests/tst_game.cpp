@@ -27,9 +27,11 @@ const struct
     {"'1", "0 entry 1"},
     {"%0 '12R '3p", "1 B1 red 1"},
     {"%0 \"r", "1 B1 red 1"},
-    {"key=Ctrl+R key=Alt+R key=Meta+R key=Alt+7", "0"},
-    {"%0 '12r key=Ctrl+Z", "1 B1 red 1"},
+    {"Ctrl+r Alt+r Meta+r Alt+7", "0"},
+    {"%0 '12r Ctrl+z", "1 B1 red 1"},
     {"33 RTB1 RTB2 RTB3 RTB4 RTB5 'x", "1 N33 red 33 entry x"},
+    {"Tab Tab", "0 focus cButt(2)"},
+    {"Backtab Backtab Backtab Backtab Backtab", "0 focus cRandNum"},
     // ---- draw
     {"%0 cRandNum cRandNum %99 cRandNum cRandNum", "4 O74/O75 B2  B1 red 1-2 74-75"},
     {"p3 16-30 46-60 cRandNum:/",

@@ -8,19 +8,8 @@
 #include "modMain.h"
 #include "support/fake_speech.h"
 
-#include <QAction>
-#include <QComboBox>
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMainWindow>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTextEdit>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 inline double nextFraction = 0.5; ///< what the next draws draw with
 
@@ -29,29 +18,27 @@ double board::randomFraction()
     return nextFraction;
 }
 
+inline void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
 /// The whole program in this process, from its start-up to its end, with a fake speech service: a hand that
 /// plays, and an eye that sees what the room sees. The program's own timers tick only when the hand says so.
 class Room : public QObject
 {
 public:
-    /// `settings` is what the settings file holds when the program starts.
-    explicit Room(const QByteArray &settings = {})
+    Room()
     {
         nextFraction = 0.5;
-        const QString name = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
-        QDir::current().mkdir(name);
-        QFile file(name + '/' + name + ".ini");
-        if (!settings.isEmpty() && file.open(QIODevice::WriteOnly))
-            file.write(settings);
-        file.close();
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         answer();
         modMain::Main();
-        for (QWidget *top : QApplication::topLevelWidgets()) {
-            if (top->objectName() == "frmMain")
-                window = qobject_cast<QMainWindow *>(top);
-        }
+        for (QWidget *top : QApplication::topLevelWidgets())
+            window = top->objectName() == "frmMain" ? qobject_cast<QMainWindow *>(top) : window.data();
         [[maybe_unused]] const bool active = QTest::qWaitForWindowActive(window);
     }
     ~Room() override
@@ -78,65 +65,54 @@ public:
         return found;
     }
     QTextEdit *display(const QString &name) const { return find<QTextEdit>(name); }
+    QLineEdit *entry() const { return window->centralWidget()->findChild<QLineEdit *>("Text1"); }
 
     static void click(QWidget *control)
     {
-        const QPoint place(control->width() - 4, control->height() - 4);
+        const QPoint place = control->rect().bottomRight() - QPoint(3, 3);
         QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {},
                           control->mapTo(control->window(), place));
     }
     /// Types where the focus is, "\r" for Enter.
-    void type(const QString &text) const
+    void type(const QString &text, Qt::KeyboardModifiers held = {}) const
     {
         for (const QChar c : text)
-            hit(keyboard(), c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode()), QString(c));
-    }
-    void strike(QKeyCombination keys) const
-    {
-        const QChar key = QChar(keys.key()).toLower();
-        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
-        hit(keyboard(), keys.key(), QString(isControl ? QChar(key.unicode() & 31) : key),
-            keys.keyboardModifiers());
-    }
-    static void hit(QPointer<QWindow> at, Qt::Key key, const QString &text = {},
-                    Qt::KeyboardModifiers held = {})
-    {
-        QTest::sendKeyEvent(QTest::Press, at, key, text, held);
-        if (at)
-            QTest::sendKeyEvent(QTest::Release, at, key, text, held);
+            hit(keyboard(), c == u'\r' ? int(Qt::Key_Return) : int(c.toUpper().unicode()),
+                QString(held & Qt::ControlModifier ? QChar(c.unicode() & 31) : c), held);
     }
     QWindow *keyboard() const
     {
         QWindow *focused = QGuiApplication::focusWindow();
         return focused ? focused : window->windowHandle();
     }
-    static void commit(const QString &text)
+    static void hit(QPointer<QWindow> at, int key, const QString &text = {}, Qt::KeyboardModifiers held = {})
     {
-        QInputMethodEvent event;
-        event.setCommitString(text);
-        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+        for (const auto action : {QTest::Press, QTest::Release}) {
+            if (at) // A press may close it.
+                QTest::sendKeyEvent(action, at, Qt::Key(key), text, held);
+        }
     }
     /// What happens when the time of a running timer is over.
-    void tick(QTimer *timer)
+    void tick(QTimer *timer, int times = 1)
     {
-        QTimerEvent over(timer->timerId());
-        m_ticking = timer;
-        if (timer->isActive())
+        for (; times > 0 && timer->isActive(); --times) {
+            QTimerEvent over(timer->timerId());
+            m_ticking = timer;
             QCoreApplication::sendEvent(timer, &over);
+        }
     }
 
     /// Plays a script, word by word:
     ///   33, 7-9   a click on a number, on some   p3, c25   on a pattern button, on a cell
-    ///   cPause    on the control of that name   mnuHelp   a choice from a menu
-    ///   'n33/     keys, / Enter, _ blank          s3, a     seconds of the countdown, steps of the animation
-    ///   %25       the next draw's fraction      ~         until something is said
-    ///   cboSec=5  a choice                      key=Alt+R a key with others held
-    ///   "r        from an input method          hush      from now on the voice ends no text by itself:
-    ///   .         it ended one                  gone      the service is lost
-    ///   voice=9   the voice that was chosen
-    /// A key behind a colon (33:Y) answers the box that comes; Escape does when none is given, or s or p,
-    /// which first let the time go on or press the pause button, as a screen reader can, or e, when a failure
-    /// is to be told.
+    ///   cPause    on the control of that name    mnuHelp   a choice from a menu
+    ///   'n33/     keys, / Enter, _ blank         s3, a     seconds of the countdown, steps of the animation
+    ///   %25       the next draws' fraction       ~         until something is said
+    ///   cboSec=5  a choice                       Alt+r     a key with others held
+    ///   "r        from an input method           hush      from now on the voice ends no text by itself:
+    ///   .         it ended one                   gone      the service is lost
+    ///   voice=9   the voice that was chosen      Tab       that key, or Backtab, Escape, Space, Down
+    /// A key behind a colon (33:Y) answers the box that comes, else Escape does, at first with s: the time
+    /// goes on, e: a failure is to be told, u, p: chkAutoCall or cPause is pressed, as a screen reader can.
     void play(const QString &script)
     {
         static const QRegularExpression word("([%'\"a-zA-Z~.]*)(.*)");
@@ -154,8 +130,7 @@ public:
             else if (kind == "p" || kind == "c")
                 click(find(QString(kind == "p" ? "cDemoButt(%1)" : "tDemo(%1)").arg(rest)));
             else if (kind == "s" || kind == "a")
-                for (int i = 0; i < qMax(1, rest.toInt()); ++i)
-                    tick(find<QTimer>(kind == "s" ? "Timer2" : "Timer1"));
+                tick(find<QTimer>(kind == "s" ? "Timer2" : "Timer1"), qMax(1, rest.toInt()));
             else if (kind == "%")
                 nextFraction = rest.toInt() / 100.0;
             else if (kind == "~")
@@ -172,8 +147,11 @@ public:
                 type(step.mid(1).replace('/', '\r').replace('_', ' '));
             else if (kind.startsWith('"'))
                 commit(step.mid(1));
-            else if (kind == "key")
-                strike(QKeySequence(rest.mid(1))[0]);
+            else if (rest.startsWith('+'))
+                type(rest.mid(1), QKeySequence(kind + "+A")[0].keyboardModifiers());
+            else if (kind == "Escape" || kind == "Tab" || kind == "Backtab" || kind == "Space" ||
+                     kind == "Down")
+                hit(keyboard(), QKeySequence(kind)[0].key());
             else if (kind.startsWith("mnu"))
                 find<QAction>(kind)->trigger();
             else if (rest.startsWith('='))
@@ -193,98 +171,68 @@ public:
         const QString red = redNumbers(picture), grey = greyNumbers(picture);
         QString seen = find<QLabel>("lblCallCnt")->text().remove("Balls Called: ");
         const auto add = [&seen](const QString &what, const QString &text) {
-            if (!text.isEmpty())
-                seen += what + text;
+            seen += text.isEmpty() ? QString() : what + text;
         };
+        const auto *animation = find<QTimer>("Timer1");
+        const auto *pause = find<QPushButton>("cPause");
         add(" ", textOf("RTB3"));
         add("/", textOf("RTB4"));
         add(" red ", red);
         add(" grey ", grey == red ? "" : grey.isEmpty() ? "none" : grey);
         add(" lit ", litCells(picture));
-        const auto *animation = find<QTimer>("Timer1");
         add(" step ", animation->isActive() ? QString::number(animation->interval()) : "");
         add(" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in "));
-        const auto *pause = find<QPushButton>("cPause");
         add(" ", pause->isEnabled() ? pause->text() : "");
         add(" counts", find<QTimer>("Timer2")->isActive() ? "." : "");
         add(" entry ", entry()->text());
         add(" focus ", window->focusWidget() == entry() ? "" : window->focusWidget()->objectName());
-        for (const char *name : {"frmBingo", "frmHelp", "frmAbout", "frmVoices"}) {
-            for (const auto *other : window->findChildren<QWidget *>(name))
-                add(" + ", other->isVisible() ? name : "");
-        }
+        for (const auto *other : window->findChildren<QWidget *>(QRegularExpression("^frm")))
+            add(" + ", other->isVisible() ? other->objectName() : "");
         for (; m_heard < speech.spoken.size(); ++m_heard)
             seen += "; " + QString(speech.spoken[m_heard]).remove(" -1 0");
         add("; ", std::exchange(boxes, {}).join("; "));
         return seen;
     }
-    QLineEdit *entry() const { return window->centralWidget()->findChild<QLineEdit *>("Text1"); }
 
     QString textOf(const QString &name) const
     {
         return (u'.' + display(name)->toPlainText()).trimmed().mid(1); // blanks at the end are not seen
     }
-    /// "7 12-15 33"
-    static QString list(const QList<int> &numbers)
-    {
-        QString text;
-        for (qsizetype i = 0, end = 0; i < numbers.size(); i = end) {
-            for (end = i + 1; end < numbers.size() && numbers[end] == numbers[end - 1] + 1;)
-                ++end;
-            text += QString(i ? " %1" : "%1").arg(numbers[i]);
-            if (end > i + 1)
-                text += QString("-%1").arg(numbers[end - 1]);
-        }
-        return text;
-    }
-    QPoint placeOf(const QWidget *control, QPoint inside) const { return control->mapTo(window, inside); }
-    /// The numbers of the large board whose every digit is red and nowhere black.
+    /// The numbers of the large board that are red and nowhere black: "7 12-15 33".
     QString redNumbers(const QImage &picture) const
     {
-        static const QRegularExpression number("\\d+");
         QTextEdit *board = display("RTB2");
-        QList<int> red;
-        for (const auto &found : number.globalMatch(board->toPlainText())) {
-            bool isRed = true;
-            for (qsizetype at = found.capturedStart(); at < found.capturedEnd(); ++at) {
-                QTextCursor cursor(board->document());
-                cursor.setPosition(int(at) + 1);
-                const QRect end = board->cursorRect(cursor);
-                cursor.setPosition(int(at));
-                const QRect digit(board->cursorRect(cursor).topLeft(), end.bottomLeft());
-                const QImage cell = picture.copy(digit.translated(placeOf(board->viewport(), {})));
-                isRed = isRed && has(cell, Qt::red) && !has(cell, Qt::black);
-            }
-            if (isRed)
-                red += found.captured().toInt();
-        }
-        return list(red);
+        return numbersWhere([&](int n) {
+            QTextCursor cell = board->document()->find(QRegularExpression(QString("\\b%1\\b").arg(n)));
+            const QRect end = board->cursorRect(cell);
+            cell.setPosition(cell.selectionStart());
+            const QRect place(board->cursorRect(cell).topLeft(), end.bottomLeft());
+            const QImage seen =
+                picture.copy(place.translated(board->viewport()->mapTo(window.data(), QPoint())));
+            return has(seen, Qt::red) && !has(seen, Qt::black);
+        });
     }
     static bool has(const QImage &picture, const QColor &color)
     {
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                if (picture.pixel(x, y) == color.rgb())
-                    return true;
-            }
+        for (int i = 0; i < picture.width() * picture.height(); ++i) {
+            if (picture.pixel(i % picture.width(), i / picture.width()) == color.rgb())
+                return true;
         }
         return false;
     }
     QString greyNumbers(const QImage &picture) const
     {
-        QList<int> grey;
-        for (int n = 1; n <= 75; ++n) {
-            if (picture.pixelColor(placeOf(find(QString("cButt(%1)").arg(n)), {4, 4})) == QColor("#A0A0A0"))
-                grey += n;
-        }
-        return list(grey);
+        return numbersWhere([&](int n) {
+            const QPoint inside = find(QString("cButt(%1)").arg(n))->mapTo(window.data(), QPoint(4, 4));
+            return picture.pixelColor(inside) == QColor("#A0A0A0");
+        });
     }
     QString litCells(const QImage &picture) const
     {
         QString lit;
         for (int i = 1; i <= 25; ++i) {
             const QWidget *cell = find(QString("tDemo(%1)").arg(i));
-            const QPoint corner = placeOf(cell, {cell->width() - 4, cell->height() - 4});
+            const QPoint corner = cell->mapTo(window.data(), cell->rect().bottomRight() - QPoint(3, 3));
             if (picture.valid(corner) && picture.pixelColor(corner) == Qt::black)
                 lit += QChar('a' + i - 1);
         }
@@ -296,6 +244,24 @@ public:
     QStringList boxes; ///< "title: text" of each since the last look
 
 private:
+    template <class Condition>
+    static QString numbersWhere(Condition holds)
+    {
+        QString text;
+        for (int n = 1, end = 0; n <= 75; n = end + 1) {
+            for (end = n; end <= 75 && holds(end);)
+                ++end;
+            if (end > n)
+                text += QString(" %1").arg(n) + (end > n + 1 ? QString("-%1").arg(end - 1) : QString());
+        }
+        return text.mid(1);
+    }
+    static void commit(const QString &text)
+    {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+    }
     static void settle()
     {
         for (int i = 0; i < 50; ++i)
@@ -320,19 +286,14 @@ private:
         m_answered = box;
         boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
         const QString answer = std::exchange(m_answer, {});
-        for (int i = 0; i < 5 && answer == "s"; ++i)
-            tick(find<QTimer>("Timer2"));
+        if (answer == "s")
+            tick(find<QTimer>("Timer2"), 5);
         if (answer == "e")
             controls::reportError(window, {-2147221164, "No voice"});
-        if (answer == "u")
-            find<QAbstractButton>("chkAutoCall")->click();
-        if (answer == "p")
-            find<QPushButton>("cPause")->click();
-        const Qt::Key key = answer == "Y"   ? Qt::Key_Y
-                            : answer == "N" ? Qt::Key_N
-                            : answer == "/" ? Qt::Key_Return
-                                            : Qt::Key_Escape;
-        hit(box->windowHandle(), key);
+        if (answer == "u" || answer == "p")
+            find<QAbstractButton>(answer == "u" ? "chkAutoCall" : "cPause")->click();
+        const QMap<QString, int> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
+        hit(box->windowHandle(), keys.value(answer, Qt::Key_Escape));
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
