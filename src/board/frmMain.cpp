@@ -19,8 +19,8 @@
 #include <QShortcut>
 #include <QTimer>
 
-#include <algorithm>
-#include <vector>
+#include <map>
+#include <utility>
 
 using controls::control;
 
@@ -34,7 +34,6 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     m_announcer = new controls::Announcer(this);
     buildMenus();
     buildControls();
-    buildPatternButtons();
     setDesignFonts();
     setTabOrderOfDesign();
     Timer1 = buildTimer("Timer1", 100);
@@ -56,6 +55,11 @@ void frmMain::buildControls()
     findControls();
     fillBoxes();
     nameControls();
+    for (int i = 1; i <= patterns::patternCount; ++i) {
+        QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
+        button->setObjectName(QStringLiteral("cDemoButt(%1)").arg(i));
+        cDemoButt[i] = static_cast<QPushButton *>(button);
+    }
     cPause->setEnabled(false);
     Text1->setSeeThrough(true);
     Text1->raise();
@@ -94,20 +98,20 @@ void frmMain::fillBoxes()
 /// Names what has no caption of its own, for screen readers.
 void frmMain::nameControls()
 {
-    for (const auto &[name, spoken] : mainDesign::spokenNames())
+    // clang-format off
+    const std::pair<const char *, const char *> names[] = {
+        {"Frame1", "Pattern card"},                  {"Frame2", "Patterns"},
+        {"RTB1", "Column letters of the board"},     {"RTB2", "Called numbers"},
+        {"RTB3", "Current number"},                  {"RTB4", "Past numbers"},
+        {"RTB5", "Column letters of the buttons"},   {"Text1", "Number to call"},
+        {"cboSec", "Seconds between automatic draws"}, {"iFontSize", "Font size"},
+    };
+    // clang-format on
+    for (const auto &[name, spoken] : names)
         control<QWidget>(m_client, name)->setAccessibleName(QString::fromLatin1(spoken));
     iFontSize->lineEdit()->setAccessibleName(iFontSize->accessibleName());
     control<QLabel>(m_client, "Label4")->setBuddy(iFontSize);
     control<QLabel>(m_client, "Label3")->setBuddy(cboSec);
-}
-
-void frmMain::buildPatternButtons()
-{
-    for (int i = 1; i <= patterns::patternCount; ++i) {
-        QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
-        button->setObjectName(QStringLiteral("cDemoButt(%1)").arg(i));
-        cDemoButt[i] = static_cast<QPushButton *>(button);
-    }
 }
 
 void frmMain::buildMenus()
@@ -121,7 +125,6 @@ void frmMain::buildMenus()
     const auto item = [](QMenu *in, const char *name, const char *caption) {
         QAction *made = in->addAction(QString::fromLatin1(caption));
         made->setObjectName(QString::fromLatin1(name));
-        made->setMenuRole(QAction::NoRole);
         return made;
     };
     QMenu *mnuFile = menu("mnuFile", "File");
@@ -156,8 +159,9 @@ QTimer *frmMain::buildTimer(const char *name, int milliseconds)
 
 void frmMain::setDesignFonts()
 {
-    for (const auto &[name, points] : mainDesign::displayFonts()) {
-        auto *display = control<controls::RichTextBox>(m_client, name);
+    const std::pair<controls::RichTextBox *, double> fonts[] = {
+        {RTB1, 24.75}, {RTB2, 24.75}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}};
+    for (const auto &[display, points] : fonts) {
         display->setBaseFont(controls::displayFont(points));
         display->setBackColor(controls::colors::buttonFace);
     }
@@ -170,19 +174,14 @@ void frmMain::setDesignFonts()
 
 void frmMain::setTabOrderOfDesign()
 {
-    struct Stop
-    {
-        int tab;
-        QWidget *widget;
-    };
-    std::vector<Stop> stops;
+    std::map<int, QWidget *> stops;
     for (const controls::DesignRow &row : mainDesign::controls()) {
         if (row.tab >= 0)
-            stops.push_back({row.tab, control<QWidget>(m_client, row.name)});
+            stops[row.tab] = control<QWidget>(m_client, row.name);
     }
     for (int i = 1; i <= patterns::patternCount; ++i)
-        stops.push_back({mainDesign::patternButton(i).tab, cDemoButt[i]});
-    std::sort(stops.begin(), stops.end(), [](const Stop &a, const Stop &b) { return a.tab < b.tab; });
-    for (std::size_t i = 1; i < stops.size(); ++i)
-        setTabOrder(stops[i - 1].widget, stops[i].widget);
+        stops[mainDesign::patternButton(i).tab] = cDemoButt[i];
+    QWidget *before = nullptr;
+    for (const auto &[tab, widget] : stops)
+        setTabOrder(std::exchange(before, widget), widget);
 }

@@ -50,7 +50,6 @@ private:
     void findControls();
     void fillBoxes();
     void nameControls();
-    void buildPatternButtons();
     void buildMenus();
     void goToMenuBar();
     QTimer *buildTimer(const char *name, int milliseconds);
@@ -76,7 +75,6 @@ private:
     QAction *mnuAbout = nullptr;
 
     // ---- board/frmMain_wiring.cpp: every road into the window ------------------------------------
-private:
     void wire();
 
     // ---- board/frmMain_lifecycle.cpp: load, unload, and the size of the large board --------------
@@ -119,10 +117,9 @@ private:
     // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------
 public:
     void BuildButts();
-    /// True when number `n`, 1 to 75, is called or shadowed.
-    bool isCalled(int n) const { return iCalled[n] != 0; }
 
 private:
+    bool isCalled(int n) const { return iCalled[n] != 0; }
     /// The one writer of the called flag and the button's colour, which always agree.
     void markNumber(int n, bool called);
     void markAll(bool called);
@@ -130,32 +127,31 @@ private:
     game::FromOne<std::int16_t, game::numberCount> iCalled{}; // 1 called or shadowed, 0 not
     game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
 
-    // ---- board/frmMain_calls.cpp: calling and un-calling a number --------------------------------
+    // ---- board/frmMain_calls.cpp: calling, un-calling and drawing a number -----------------------
 public:
     /// Calls number Index (1 to 75), or, when it counts as called, un-calls it after a question.
     void cButt_Click(int Index);
-    /// The calls since the last clear.
-    int callCount() const { return iCallCnt; }
 
 private:
+    void cRandNum_Click();
     void callNumber(int n);
     void uncallNumber(int n);
     void showCount();
     void focusAfterCall();
 
-    int iCallCnt = 0;
+    int iCallCnt = 0; // the calls since the last clear
 
-    // ---- board/frmMain_displays.cpp: the five displays -------------------------------------------
+    // ---- board/frmMain_displays.cpp: the five displays, and their clearing ----------------------
 public:
     void DrawBoards();
     void EditBoard();
     void editLastPress(int iButt);
-    /// The last calls, `k` from 1, the newest, to 5; 0 where there is none.
-    int lastCall(int k) const { return iLastCalls[k]; }
 
 private:
     void drawLetters();
     void drawButtonLetters();
+    void cmdClear_Click();
+    void clearBoard();
 
     game::FromOne<std::int16_t, 5> iLastCalls{}; // the newest first; 0 an empty slot
     controls::RichTextBox *RTB1 = nullptr;
@@ -165,31 +161,19 @@ private:
     controls::RichTextBox *RTB5 = nullptr;
 
     // ---- board/frmMain_entry.cpp: numbers and commands typed into Text1 --------------------------
-private:
     void Text1_KeyPress(int &KeyAscii);
     void callEntry();
     void returnToEntry();
 
-    // ---- board/frmMain_draw.cpp: the random draw -------------------------------------------------
-private:
-    void cRandNum_Click();
-
-    // ---- board/frmMain_commands.cpp: clear, pause and play ---------------------------------------
-private:
-    void cPause_Click();
-    void cmdClear_Click();
-    void clearBoard();
-
-    // ---- board/frmMain_countdown.cpp: automatic calling ------------------------------------------
-private:
+    // ---- board/frmMain_countdown.cpp: automatic calling, pause and play --------------------------
     void chkAutoCall_Click();
+    void cPause_Click();
     void Timer2_Timer();
 
     int iAutoCallLeft = 0;    // ticks to the next automatic draw
     QTimer *Timer2 = nullptr; // runs while numbers are called automatically and not paused
 
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
-private:
     void Speak(const QString &text);
     void V_EndStream(int StreamNumber, const QVariant &StreamPosition);
     void ReportError(const files::Error &error);
@@ -197,7 +181,6 @@ private:
     voice::Announcement m_announcement;
 
     // ---- board/frmMain_reader.cpp: what screen readers say by themselves, and what they find -------
-private:
     QString stateInWords() const;
     void sayAutoCall();
     void sayPattern(int id);
@@ -229,7 +212,6 @@ private:
     QTimer *Timer1 = nullptr;
 
     // ---- board/frmMain_windows.cpp: the windows beside this one ----------------------------------
-private:
     void mnuSpeak_Click();
     void mnuHelp_Click();
     void mnuAbout_Click();

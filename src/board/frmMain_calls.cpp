@@ -1,5 +1,6 @@
 #include "frmMain.h"
 
+#include "draw.h"
 #include "label.h"
 #include "message_box.h"
 #include "numbers.h"
@@ -8,6 +9,8 @@
 
 #include <QCoreApplication>
 #include <QTimer>
+
+#include <vector>
 
 void frmMain::cButt_Click(int Index)
 {
@@ -56,4 +59,20 @@ void frmMain::focusAfterCall()
         cPause->setFocus();
     else
         Text1->setFocus();
+}
+
+void frmMain::cRandNum_Click()
+{
+    std::vector<int> pool;
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (!isCalled(n))
+            pool.push_back(n);
+    }
+    if (const std::optional<int> n = board::pick(pool, board::randomFraction())) {
+        cButt_Click(*n);
+    } else {
+        controls::notice(this, QStringLiteral("Full Board...."));
+        if (chkAutoCall->isChecked())
+            chkAutoCall_Click();
+    }
 }

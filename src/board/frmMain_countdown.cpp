@@ -27,6 +27,19 @@ void frmMain::chkAutoCall_Click()
     sayAutoCall();
 }
 
+void frmMain::cPause_Click()
+{
+    if (Timer2->isActive()) {
+        lblAutoCall->setCaption(QStringLiteral("Paused"));
+        cPause->setText(QStringLiteral("Play"));
+        Timer2->stop();
+    } else {
+        cPause->setText(QStringLiteral("Pause"));
+        Timer2->start();
+    }
+    sayAutoCall();
+}
+
 void frmMain::Timer2_Timer()
 {
     // While the operator answers a question or hears a sample nothing is drawn, and the countdown stands

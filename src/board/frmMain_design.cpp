@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 using controls::DesignRow;
 using controls::Kind;
@@ -39,23 +40,6 @@ constexpr DesignRow design[] = {
     {Kind::Display,       "RTB2",             "",                   720,  2865, 18315,  7095,   4},
 };
 
-constexpr mainDesign::DisplayFont fonts[] = {
-    {"RTB1", 24.75}, {"RTB2", 24.75}, {"RTB3", 95.25}, {"RTB4", 39.75}, {"RTB5", 12.75},
-};
-
-constexpr mainDesign::SpokenName spoken[] = {
-    {"Frame1",    "Pattern card"},
-    {"Frame2",    "Patterns"},
-    {"RTB1",      "Column letters of the board"},
-    {"RTB2",      "Called numbers"},
-    {"RTB3",      "Current number"},
-    {"RTB4",      "Past numbers"},
-    {"RTB5",      "Column letters of the buttons"},
-    {"Text1",     "Number to call"},
-    {"iFontSize", "Font size"},
-    {"cboSec",    "Seconds between automatic draws"},
-};
-
 /// The pattern buttons' indexes in their tab order.
 constexpr int patternTabs[] = {2, 1, 4, 5, 6, 3, 8, 9, 7, 10, 11, 12, 13, 14, 17, 19, 20, 21, 18, 16, 15};
 // clang-format on
@@ -65,14 +49,8 @@ constexpr int patternRows = 7;
 constexpr int patternPitch = 340;
 constexpr int patternHeight = 255;
 
-/// The three columns of pattern buttons; the last button of the third is wider than the others.
-struct PatternColumn
-{
-    int left;
-    int width;
-};
-constexpr PatternColumn patternColumns[] = {{0, 975}, {1080, 1095}, {2400, 375}};
-constexpr PatternColumn lastPatternButton = {2280, 495};
+/// Left edge and width of the three columns of pattern buttons, and of the last button, which is wider.
+constexpr std::pair<int, int> patternColumns[] = {{0, 975}, {1080, 1095}, {2400, 375}, {2280, 495}};
 
 } // namespace
 
@@ -81,16 +59,6 @@ namespace mainDesign {
 std::span<const DesignRow> controls()
 {
     return design;
-}
-
-std::span<const DisplayFont> displayFonts()
-{
-    return fonts;
-}
-
-std::span<const SpokenName> spokenNames()
-{
-    return spoken;
 }
 
 const DesignRow &row(const char *name)
@@ -104,16 +72,15 @@ const DesignRow &row(const char *name)
 DesignRow patternButton(int index)
 {
     const int place = index - 1;
-    const PatternColumn column =
-        index == patterns::patternCount ? lastPatternButton : patternColumns[place / patternRows];
+    const auto [left, width] = patternColumns[index == patterns::patternCount ? 3 : place / patternRows];
     const auto tab =
         std::find(std::begin(patternTabs), std::end(patternTabs), index) - std::begin(patternTabs);
     return {.kind = Kind::PushButton,
             .name = "cDemoButt",
             .caption = patterns::pattern(index).caption,
-            .left = column.left,
+            .left = left,
             .top = patternPitch * (place % patternRows),
-            .width = column.width,
+            .width = width,
             .height = patternHeight,
             .tab = firstPatternTab + static_cast<int>(tab),
             .container = "Frame2"};

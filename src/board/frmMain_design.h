@@ -17,22 +17,7 @@ inline constexpr int boardBottomMargin = 150;
 /// Twips between neighbouring number buttons.
 inline constexpr int buttonGap = 45;
 
-struct DisplayFont
-{
-    const char *display;
-    double points;
-};
-
-/// What a screen reader says of a control that has no caption of its own.
-struct SpokenName
-{
-    const char *control;
-    const char *name;
-};
-
 std::span<const controls::DesignRow> controls();
-std::span<const DisplayFont> displayFonts();
-std::span<const SpokenName> spokenNames();
 /// The row of a control that is in `controls()`.
 const controls::DesignRow &row(const char *name);
 /// Pattern button `index`, 1 to 21; its name is given when it is made.

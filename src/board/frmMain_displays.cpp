@@ -3,11 +3,14 @@
 #include "appearance.h"
 #include "design_table.h"
 #include "frmMain_design.h"
+#include "message_box.h"
 #include "numbers.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -80,4 +83,32 @@ void frmMain::editLastPress(int iButt)
     RTB4->setText(past);
     RTB4->setColor(RTB4->all(), colors::black);
     describeCalls();
+}
+
+void frmMain::cmdClear_Click()
+{
+    if (Timer2->isActive())
+        cPause_Click();
+    if (controls::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
+                            QStringLiteral("Clear Board")))
+        clearBoard();
+    returnToEntry();
+}
+
+/// Starts a new game. The selected pattern stays: selecting it twice deselects it and selects it again.
+void frmMain::clearBoard()
+{
+    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
+        display->setText({});
+    iLastCalls.fill(0);
+    markAll(false);
+    DrawBoards();
+    iCallCnt = 0;
+    showCount();
+    const int pattern = iCurPattern;
+    cDemoButt_Click(iCurPattern);
+    cDemoButt_Click(pattern);
+    EditBoard();
+    describeCalls();
+    m_announcer->say(QStringLiteral("Board cleared"));
 }

@@ -95,10 +95,8 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
 /// The size in `iFontSize`, in points and within its bounds; nothing when the text is no number.
 std::optional<double> frmMain::fontSize() const
 {
-    std::optional<double> size = files::parseNumber(iFontSize->currentText());
-    if (size)
-        size = std::clamp(*size, leastFontSize, greatestFontSize);
-    return size;
+    const std::optional<double> size = files::parseNumber(iFontSize->currentText());
+    return size ? std::optional(std::clamp(*size, leastFontSize, greatestFontSize)) : std::nullopt;
 }
 
 void frmMain::redrawBoard()

@@ -31,10 +31,9 @@ void frmMain::sayAutoCall()
 {
     if (Timer2->isActive())
         m_announcer->say(QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText()));
-    else if (chkAutoCall->isChecked())
-        m_announcer->say(QStringLiteral("Paused"));
     else
-        m_announcer->say(QStringLiteral("Automatic calling off"));
+        m_announcer->say(chkAutoCall->isChecked() ? QStringLiteral("Paused")
+                                                  : QStringLiteral("Automatic calling off"));
 }
 
 /// Pattern `id` was selected or put away.

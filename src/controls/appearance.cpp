@@ -39,7 +39,7 @@ public:
     {
         if (element == PE_Frame && qobject_cast<const QAbstractScrollArea *>(widget))
             fillFrame(*painter, QRegion(option->rect) - option->rect.adjusted(1, 1, -1, -1), 1,
-                      QColor::fromRgb(colors::frame));
+                      colors::frame);
         else
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -103,20 +103,21 @@ QPalette lightPalette()
     };
     QPalette palette;
     for (const auto &[role, color] : roles)
-        palette.setColor(QPalette::All, role, QColor::fromRgb(color));
+        palette.setColor(QPalette::All, role, color);
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor::fromRgb(colors::disabledText));
+        palette.setColor(QPalette::Disabled, role, colors::disabledText);
     return palette;
 }
 
-/// The first of the families that the system has, alone: for a font with several, Qt ranks all fonts of the
-/// system.
+/// The first installed family, or the first. Given several, Qt ranks every font of the system.
 QString firstInstalled(const QStringList &families)
 {
     const QStringList installed = QFontDatabase::families();
-    const auto found = std::find_if(families.begin(), families.end(),
-                                    [&](const QString &family) { return installed.contains(family); });
-    return found == families.end() ? families.front() : *found;
+    for (const QString &family : families) {
+        if (installed.contains(family))
+            return family;
+    }
+    return families.front();
 }
 
 QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool bold)
@@ -160,9 +161,10 @@ QFont displayFont(double points, bool bold)
     return fontOf(family, QFont::Monospace, points, bold);
 }
 
-void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
-               const QColor &bottomRight)
+void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft, QColor bottomRight)
 {
+    if (!bottomRight.isValid())
+        bottomRight = topLeft;
     const QTransform toDevice = painter.deviceTransform();
     const QRect outer = toDevice.map(region).boundingRect(); // rounded as Qt rounds what it clips by
     const int side = std::max(1, static_cast<int>(width * toDevice.m11()));
@@ -173,11 +175,6 @@ void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor
     fill(outer.right() + 1 - side, outer.top(), side, outer.height(), bottomRight);
     fill(outer.left(), outer.top(), outer.width() - side, side, topLeft);
     fill(outer.left(), outer.top(), side, outer.height() - side, topLeft);
-}
-
-void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color)
-{
-    fillFrame(painter, region, width, color, color);
 }
 
 } // namespace controls

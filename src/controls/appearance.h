@@ -36,10 +36,9 @@ QFont sansFont(double points = 8.0, bool bold = false);
 QFont displayFont(double points, bool bold = true);
 
 /// Fills a frame `width` pixels wide, just inside the bounds of `region`, which is what the widget paints
-/// itself. Its sides are whole device pixels and equally wide at any scale factor, where lines that a pen
-/// draws may vanish.
+/// itself; in one colour where no second is given. Its sides are whole device pixels and equally wide at any
+/// scale factor, where lines that a pen draws may vanish.
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
-               const QColor &bottomRight);
-void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &color);
+               QColor bottomRight = {});
 
 } // namespace controls

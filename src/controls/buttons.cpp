@@ -9,26 +9,15 @@ namespace controls {
 
 namespace {
 
-/// Light at the top left and dark at the bottom right, or the other way round when pressed.
-void drawEdge(QPainter &painter, const QRect &rect, bool pressed)
-{
-    const QColor light = QColor::fromRgb(colors::white);
-    if (pressed)
-        fillFrame(painter, rect, 1, QColor::fromRgb(0xFF505050), light);
-    else
-        fillFrame(painter, rect, 1, light, QColor::fromRgb(0xFF696969));
-}
-
 void drawFocus(QPainter &painter, const QRect &rect)
 {
-    fillFrame(painter, rect.adjusted(1, 1, -1, -1), 2, QColor::fromRgb(colors::highlight));
+    fillFrame(painter, rect.adjusted(1, 1, -1, -1), 2, colors::highlight);
 }
 
 } // namespace
 
 ColorButton::ColorButton(QWidget *parent)
     : QPushButton(parent)
-    , m_backColor(colors::buttonFace)
 {
     setAutoDefault(true); // Enter presses it as Space does
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -36,13 +25,11 @@ ColorButton::ColorButton(QWidget *parent)
 
 void ColorButton::setBackColor(QRgb color)
 {
-    if (color == m_backColor)
+    if (color == backColor())
         return;
-    m_backColor = color;
     QPalette colors = palette();
-    colors.setColor(QPalette::Button, QColor::fromRgb(color));
+    colors.setColor(QPalette::Button, color);
     setPalette(colors);
-    update();
 }
 
 void ColorButton::paintEvent(QPaintEvent *)
@@ -51,8 +38,11 @@ void ColorButton::paintEvent(QPaintEvent *)
     initStyleOption(&option);
     const bool pressed = option.state.testFlag(QStyle::State_Sunken);
     QPainter painter(this);
-    painter.fillRect(rect(), QColor::fromRgb(m_backColor));
-    drawEdge(painter, rect(), pressed);
+    painter.fillRect(rect(), backColor());
+    if (pressed)
+        fillFrame(painter, rect(), 1, 0xFF505050, colors::white);
+    else
+        fillFrame(painter, rect(), 1, colors::white, 0xFF696969);
     if (option.state.testFlag(QStyle::State_HasFocus))
         drawFocus(painter, rect());
     painter.setPen(option.palette.color(QPalette::ButtonText));
@@ -60,30 +50,17 @@ void ColorButton::paintEvent(QPaintEvent *)
 }
 
 ColorBox::ColorBox(QWidget *parent)
-    : QAbstractButton(parent)
-    , m_backColor(colors::white)
+    : ColorButton(parent)
 {
+    setAutoDefault(false);
     setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_OpaquePaintEvent);
-}
-
-void ColorBox::setBackColor(QRgb color)
-{
-    if (color == m_backColor)
-        return;
-    m_backColor = color;
-    QPalette colors = palette();
-    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Button})
-        colors.setColor(role, QColor::fromRgb(color));
-    setPalette(colors);
-    update();
 }
 
 void ColorBox::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), QColor::fromRgb(m_backColor));
-    fillFrame(painter, rect(), 1, QColor::fromRgb(colors::edge));
+    painter.fillRect(rect(), backColor());
+    fillFrame(painter, rect(), 1, colors::edge);
     if (hasFocus())
         drawFocus(painter, rect());
 }

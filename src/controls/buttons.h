@@ -13,30 +13,22 @@ class ColorButton : public QPushButton
 public:
     explicit ColorButton(QWidget *parent = nullptr);
     void setBackColor(QRgb color);
-    QRgb backColor() const { return m_backColor; }
+    QRgb backColor() const { return palette().color(QPalette::Button).rgb(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-
-private:
-    QRgb m_backColor;
 };
 
 /// A small box that shows nothing but a colour and can be clicked.
-class ColorBox : public QAbstractButton
+class ColorBox : public ColorButton
 {
     Q_OBJECT
 
 public:
     explicit ColorBox(QWidget *parent = nullptr);
-    void setBackColor(QRgb color);
-    QRgb backColor() const { return m_backColor; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-
-private:
-    QRgb m_backColor;
 };
 
 } // namespace controls

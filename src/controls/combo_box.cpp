@@ -7,15 +7,12 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-#include <limits>
-
 namespace controls {
 
 ComboBox::ComboBox(QWidget *parent)
     : QComboBox(parent)
 {
-    // A wheel that turns over the box must not give it the focus either.
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::StrongFocus); // not WheelFocus
 }
 
 TextBox *ComboBox::makeEditable()
@@ -30,21 +27,17 @@ TextBox *ComboBox::makeEditable()
     return box;
 }
 
-/// The first entry that is greater than the number in the box, or the last one that is smaller; -1 when there
-/// is none. Every entry is greater than a text that is no number.
+/// The entry nearest to the number in the box on one side; -1 when there is none. A text that is no number
+/// counts as 0.
 int ComboBox::entryBeside(Step step) const
 {
-    const double number =
-        files::parseNumber(currentText()).value_or(-std::numeric_limits<double>::infinity());
-    int smaller = -1;
-    for (int i = 0; i < count(); ++i) {
+    const double number = files::parseNumber(currentText()).value_or(0.0);
+    for (int i = step == Greater ? 0 : count() - 1; i >= 0 && i < count(); i += step) {
         const double entry = itemText(i).toDouble();
-        if (entry > number && step == Step::Greater)
+        if (step == Greater ? entry > number : entry < number)
             return i;
-        if (entry < number)
-            smaller = i;
     }
-    return step == Step::Smaller ? smaller : -1;
+    return -1;
 }
 
 void ComboBox::choose(Step step)
@@ -61,9 +54,9 @@ void ComboBox::keyPressEvent(QKeyEvent *event)
     const bool isPlain = !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
     const int key = event->key();
     if (isEditable() && isPlain && (key == Qt::Key_Down || key == Qt::Key_PageDown))
-        choose(Step::Greater);
+        choose(Greater);
     else if (isEditable() && isPlain && (key == Qt::Key_Up || key == Qt::Key_PageUp))
-        choose(Step::Smaller);
+        choose(Smaller);
     else
         QComboBox::keyPressEvent(event);
 }
@@ -75,29 +68,23 @@ void ComboBox::wheelEvent(QWheelEvent *event)
     else if (!isEditable())
         QComboBox::wheelEvent(event);
     else if (event->angleDelta().y() != 0)
-        choose(event->angleDelta().y() < 0 ? Step::Greater : Step::Smaller);
+        choose(event->angleDelta().y() < 0 ? Greater : Smaller);
 }
 
 void ComboBox::showPopup()
 {
-    if (!isEditable()) {
-        QComboBox::showPopup();
-        return;
+    if (isEditable()) {
+        const QString text = currentText();
+        setCurrentIndex(findText(text));
+        setEditText(text);
+        view()->installEventFilter(this);
     }
-    const QString text = currentText();
-    setCurrentIndex(findText(text));
-    setEditText(text);
-    view()->installEventFilter(this);
     QComboBox::showPopup();
-    if (currentIndex() < 0) // nothing is selected; show the place where the number would stand
-        view()->selectionModel()->setCurrentIndex(
-            listItem(entryBeside(Step::Greater) < 0 ? Step::Smaller : Step::Greater),
-            QItemSelectionModel::NoUpdate);
-}
-
-QModelIndex ComboBox::listItem(Step step) const
-{
-    return model()->index(entryBeside(step), modelColumn());
+    if (currentIndex() >= 0)
+        return;
+    const int greater = entryBeside(Greater); // the place where the number would stand is shown, not selected
+    view()->selectionModel()->setCurrentIndex(model()->index(greater < 0 ? count() - 1 : greater, 0),
+                                              QItemSelectionModel::NoUpdate);
 }
 
 bool ComboBox::eventFilter(QObject *watched, QEvent *event)
@@ -108,21 +95,21 @@ bool ComboBox::eventFilter(QObject *watched, QEvent *event)
     return QComboBox::eventFilter(watched, event);
 }
 
-/// A key for a list in which nothing is selected, since the text in the box is none of its entries. Closing
-/// it with a key chooses nothing; Qt would choose the first entry. True for a key that goes no further.
+/// A key for a list in which nothing is selected, since the text in the box is none of its entries. A key
+/// that closes it chooses nothing; Qt would empty the box. True for a key that goes no further.
 bool ComboBox::unselectedListKey(QKeyEvent &event)
 {
     const int key = event.key();
     const bool isArrow = key == Qt::Key_Down || key == Qt::Key_Up;
-    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F4 ||
-        (isArrow && event.modifiers() & Qt::AltModifier)) {
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isEnter || key == Qt::Key_F4 || (isArrow && event.modifiers() & Qt::AltModifier)) {
         event.accept();
         hidePopup();
         return true;
     }
     if (!isArrow || event.type() == QEvent::ShortcutOverride)
         return false;
-    view()->setCurrentIndex(listItem(key == Qt::Key_Down ? Step::Greater : Step::Smaller));
+    view()->setCurrentIndex(model()->index(entryBeside(key == Qt::Key_Down ? Greater : Smaller), 0));
     return true;
 }
 

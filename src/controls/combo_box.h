@@ -26,11 +26,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Step { Greater, Smaller };
+    enum Step { Smaller = -1, Greater = 1 };
 
     int entryBeside(Step step) const;
     void choose(Step step);
-    QModelIndex listItem(Step step) const;
     bool unselectedListKey(QKeyEvent &event);
 };
 

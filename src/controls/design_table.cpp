@@ -15,20 +15,23 @@ namespace controls {
 
 namespace {
 
+template <class Control>
+Control *withText(Control *control, const QString &text)
+{
+    control->setText(text);
+    return control;
+}
+
 QWidget *makeControl(const DesignRow &row, QWidget *parent)
 {
     const QString caption = QString::fromUtf8(row.caption);
     switch (row.kind) {
-    case Kind::Label: {
-        auto *label = new Label(parent);
-        label->setCaption(caption);
-        return label;
-    }
+    case Kind::Label:
+        return withText(new Label(parent), caption);
     case Kind::CentredLabel: {
-        auto *label = new Label(parent);
+        auto *label = withText(new Label(parent), caption);
         label->setAlignment(Qt::AlignHCenter);
         label->setMinimumWidth(placed(row, parent).width());
-        label->setCaption(caption);
         return label;
     }
     case Kind::PushButton: {
@@ -36,18 +39,12 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
         button->setAutoDefault(true); // Enter presses it as Space does
         return button;
     }
-    case Kind::ColorButton: {
-        auto *button = new ColorButton(parent);
-        button->setText(caption);
-        return button;
-    }
+    case Kind::ColorButton:
+        return withText(new ColorButton(parent), caption);
     case Kind::CheckBox:
         return new QCheckBox(caption, parent);
-    case Kind::TextBox: {
-        auto *box = new TextBox(parent);
-        box->setText(caption);
-        return box;
-    }
+    case Kind::TextBox:
+        return withText(new TextBox(parent), caption);
     case Kind::EditableCombo: {
         auto *combo = new ComboBox(parent);
         combo->makeEditable()->setText(caption);
@@ -59,11 +56,8 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
         return new QListWidget(parent);
     case Kind::Slider:
         return new QSlider(Qt::Horizontal, parent);
-    case Kind::Display: {
-        auto *display = new RichTextBox(parent);
-        display->setText(caption);
-        return display;
-    }
+    case Kind::Display:
+        return withText(new RichTextBox(parent), caption);
     case Kind::Frame:
         return new QWidget(parent);
     case Kind::ColorBox:
@@ -71,7 +65,7 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::Line: {
         auto *line = new QWidget(parent); // filled: a frame's line may vanish between two device pixels
         line->setAutoFillBackground(true);
-        line->setPalette(QPalette(QColor::fromRgb(colors::black)));
+        line->setPalette(QPalette(colors::black));
         return line;
     }
     }
@@ -90,11 +84,9 @@ QWidget *buildControl(const DesignRow &row, QWidget *client)
 {
     QWidget *widget = makeControl(row, row.container ? control<QWidget>(client, row.container) : client);
     widget->setObjectName(QString::fromLatin1(row.name));
-    const QRect place = placed(row, client);
+    widget->setGeometry(placed(row, client));
     if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
-        widget->move(place.topLeft());
-    else
-        widget->setGeometry(place);
+        widget->adjustSize();
     return widget;
 }
 

@@ -9,31 +9,10 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QStyle>
-#include <QTimer>
-
-#include <deque>
 
 namespace controls {
 
 namespace {
-
-struct Report
-{
-    QPointer<QWidget> owner;
-    files::Error error;
-};
-
-int openBoxes = 0;
-std::deque<Report> waitingReports;
-
-void showNextReport()
-{
-    if (openBoxes > 0 || waitingReports.empty())
-        return;
-    const Report next = waitingReports.front();
-    waitingReports.pop_front();
-    reportError(next.owner, next.error);
-}
 
 /// A width that shows the title whole: the desktop writes it in a font of its own, between an icon and three
 /// buttons.
@@ -60,49 +39,45 @@ void layOut(QMessageBox &box)
     }
 }
 
-QMessageBox::StandardButton ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title,
-                                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton safe)
+/// Shows a box with an OK button, or with Yes and No, and answers whether it was Yes.
+bool ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title)
 {
+    const bool isQuestion = icon == QMessageBox::Question;
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     // Closing the owner deletes the box.
     const QPointer box = new QMessageBox(
-        icon, title.isEmpty() ? QApplication::applicationDisplayName() : title, text, buttons, owner);
+        icon, title, text, isQuestion ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, owner);
     box->setTextFormat(Qt::PlainText);
     layOut(*box);
-    box->setDefaultButton(safe);
-    box->setEscapeButton(safe);
-    ++openBoxes;
+    box->setDefaultButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
+    box->setEscapeButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
     const int answer = box->exec();
-    --openBoxes;
     delete box;
-    if (!waitingReports.empty())
-        QTimer::singleShot(0, qApp, showNextReport);
-    return static_cast<QMessageBox::StandardButton>(answer);
+    return answer == QMessageBox::Yes;
 }
 
 } // namespace
 
-void notice(QWidget *owner, const QString &text, const QString &title)
+void notice(QWidget *owner, const QString &text)
 {
-    ask(owner, QMessageBox::NoIcon, text, title, QMessageBox::Ok, QMessageBox::Ok);
+    ask(owner, QMessageBox::NoIcon, text, QApplication::applicationDisplayName());
 }
 
 bool confirmed(QWidget *owner, const QString &text, const QString &title)
 {
-    return ask(owner, QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No,
-               QMessageBox::No) == QMessageBox::Yes;
+    return ask(owner, QMessageBox::Question, text, title);
 }
 
 void reportError(QWidget *owner, const files::Error &error)
 {
-    if (openBoxes > 0) {
-        waitingReports.push_back({owner, error});
+    if (const QWidget *open = QApplication::activeModalWidget()) {
+        const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
+        QObject::connect(open, &QObject::destroyed, qApp, later, Qt::QueuedConnection);
         return;
     }
     const QString text =
         QStringLiteral("Desc: %1\r\nErr #: %2").arg(error.description, QString::number(error.number));
-    ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"), QMessageBox::Ok,
-        QMessageBox::Ok);
+    ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"));
 }
 
 } // namespace controls

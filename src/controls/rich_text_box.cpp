@@ -39,31 +39,19 @@ void RichTextBox::setText(const QString &text)
     start.setBlockCharFormat({});
     setTextCursor(start);
     setPlainText(text);
-}
-
-QString RichTextBox::text() const
-{
-    return toPlainText().replace(u'\n', QStringLiteral("\r\n"));
+    m_text = text;
 }
 
 RichTextBox::Range RichTextBox::all() const
 {
-    const int breaks = document()->blockCount() - 1;
-    return {0, document()->characterCount() - 1 + breaks};
+    return {0, static_cast<int>(m_text.size())};
 }
 
-/// The document counts a line break as one character, so every break before `position` takes one off.
+/// The document counts a line break as one character, so every CR before `position` takes one off.
 int RichTextBox::documentPosition(int position) const
 {
-    int breaks = 0;
-    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next(), ++breaks) {
-        const int end = block.position() + block.length() - 1; // where the line break stands
-        if (position - breaks <= end)
-            return std::max(0, position - breaks);
-        if (position - breaks == end + 1 && block.next().isValid())
-            return end; // between CR and LF
-    }
-    return document()->characterCount() - 1;
+    const QStringView before = QStringView(m_text).left(position);
+    return static_cast<int>(before.size() - before.count(u'\r'));
 }
 
 QTextCursor RichTextBox::cursorOver(Range range) const
@@ -77,7 +65,7 @@ QTextCursor RichTextBox::cursorOver(Range range) const
 void RichTextBox::setColor(Range range, QRgb color)
 {
     QTextCharFormat format;
-    format.setForeground(QColor::fromRgb(color));
+    format.setForeground(QColor(color));
     merge(range, format);
 }
 
@@ -126,26 +114,10 @@ void RichTextBox::merge(Range range, const QTextCharFormat &format)
     }
 }
 
-QTextCharFormat RichTextBox::formatAt(int position) const
-{
-    const QTextBlock block = document()->findBlock(documentPosition(position));
-    if (block.length() == 1)
-        return block.charFormat();
-    QTextCursor cursor(document());
-    cursor.setPosition(std::min(documentPosition(position) + 1, block.position() + block.length() - 1));
-    return cursor.charFormat();
-}
-
 QRgb RichTextBox::colorAt(int position) const
 {
-    const QBrush brush = formatAt(position).foreground();
+    const QBrush brush = cursorOver({position, 1}).charFormat().foreground();
     return brush.style() == Qt::NoBrush ? colors::black : brush.color().rgb();
-}
-
-double RichTextBox::fontSizeAt(int position) const
-{
-    const double points = formatAt(position).fontPointSize();
-    return points > 0.0 ? points : font().pointSizeF();
 }
 
 void RichTextBox::setBaseFont(const QFont &font)
@@ -157,18 +129,16 @@ void RichTextBox::setBaseFont(const QFont &font)
 void RichTextBox::setBackColor(QRgb color)
 {
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, QColor::fromRgb(color));
+    colors.setColor(QPalette::Base, color);
     setPalette(colors);
 }
 
 void RichTextBox::showStart()
 {
-    QTextCursor start(document());
-    setTextCursor(start);
+    setTextCursor(QTextCursor(document()));
     verticalScrollBar()->setValue(0);
-    QScrollBar *across = horizontalScrollBar();
-    across->setValue(
-        document()->firstBlock().blockFormat().alignment() & Qt::AlignHCenter ? across->maximum() / 2 : 0);
+    const bool isCentred = document()->firstBlock().blockFormat().alignment() & Qt::AlignHCenter;
+    horizontalScrollBar()->setValue(isCentred ? horizontalScrollBar()->maximum() / 2 : 0);
 }
 
 void RichTextBox::followScrolling(RichTextBox *leader)
@@ -181,11 +151,11 @@ void RichTextBox::followScrolling(RichTextBox *leader)
 
 void RichTextBox::matchScrolling()
 {
-    // The leader's own scroll bar takes room from its text; this box needs as much room to scroll.
-    const QSignalBlocker quiet(verticalScrollBar());
-    verticalScrollBar()->setMaximum(
-        std::max(verticalScrollBar()->maximum(), m_leader->verticalScrollBar()->maximum()));
-    verticalScrollBar()->setValue(m_leader->verticalScrollBar()->value());
+    QScrollBar *bar = verticalScrollBar();
+    const QScrollBar *leader = m_leader->verticalScrollBar();
+    const QSignalBlocker quiet(bar);
+    bar->setMaximum(std::max(bar->maximum(), leader->maximum())); // the leader may lose room to its own bars
+    bar->setValue(leader->value());
     viewport()->update();
 }
 
@@ -200,7 +170,7 @@ void RichTextBox::paintEvent(QPaintEvent *event)
     if (!hasFocus())
         return;
     QPainter painter(viewport());
-    fillFrame(painter, viewport()->rect(), 1, QColor::fromRgb(colors::highlight));
+    fillFrame(painter, viewport()->rect(), 1, colors::highlight);
 }
 
 void RichTextBox::wheelEvent(QWheelEvent *event)
@@ -221,16 +191,11 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         event->ignore();
 }
 
-void RichTextBox::focusInEvent(QFocusEvent *event)
+bool RichTextBox::event(QEvent *event)
 {
-    QTextEdit::focusInEvent(event);
-    viewport()->update();
-}
-
-void RichTextBox::focusOutEvent(QFocusEvent *event)
-{
-    QTextEdit::focusOutEvent(event);
-    viewport()->update();
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        viewport()->update(); // its frame comes or goes
+    return QTextEdit::event(event);
 }
 
 } // namespace controls

@@ -4,10 +4,8 @@
 
 namespace controls {
 
-/// A display of styled text in large type. It is written by the program only: the user can neither change nor
-/// select its text, and a click on it leaves the keyboard focus where it was; Tab reaches it.
-///
-/// Line breaks are CR LF, and every position counts CR and LF as one character each. Sizes are in points.
+/// A display of styled text, which the user can neither change nor select. Tab gives it the focus, a click
+/// does not. Line breaks are CR LF; a position counts both characters.
 class RichTextBox : public QTextEdit
 {
     Q_OBJECT
@@ -24,8 +22,6 @@ public:
 
     /// Replaces the text; it is black, aligned left and in the box's own font.
     void setText(const QString &text);
-    QString text() const;
-    /// The whole text.
     Range all() const;
 
     void setColor(Range range, QRgb color);
@@ -37,14 +33,12 @@ public:
     void setLineHeight(int pixels);
     /// The colour of the character at `position`; black where nothing else was set.
     QRgb colorAt(int position) const;
-    /// The size in points of the character at `position`.
-    double fontSizeAt(int position) const;
 
-    /// Sets the box's own font size, which text takes that has none of its own.
+    /// Sets the font of all text that has been given no other size.
     void setBaseFont(const QFont &font);
     void setBackColor(QRgb color);
 
-    /// Brings the beginning of the text into view and leaves nothing selected.
+    /// Scrolls to the beginning of the text.
     void showStart();
     /// From now on shows the same lines as `leader`, whose wheel and scroll bar move both.
     void followScrolling(RichTextBox *leader);
@@ -53,17 +47,16 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     int documentPosition(int position) const;
     QTextCursor cursorOver(Range range) const;
     void merge(Range range, const QTextCharFormat &format);
-    QTextCharFormat formatAt(int position) const;
     bool scrolls() const;
     void matchScrolling();
 
+    QString m_text; // with CR LF
     RichTextBox *m_leader = nullptr;
 };
 

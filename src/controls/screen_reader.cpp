@@ -20,7 +20,7 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
         return new QAccessibleWidget(widget, QAccessible::Indicator);
     if (className == QStringLiteral("controls::Announcer"))
         return new QAccessibleWidget(widget, QAccessible::StatusBar);
-    if (className == QStringLiteral("controls::Notice"))
+    if (qobject_cast<Announcer *>(object->parent()))
         return new QAccessibleWidget(widget, QAccessible::Notification);
     if (className == QStringLiteral("QWidget") && !widget->isWindow() && !widget->accessibleName().isEmpty())
         return new QAccessibleWidget(widget, QAccessible::Grouping);
@@ -29,20 +29,12 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 
 } // namespace
 
-class Notice : public QWidget
-{
-    Q_OBJECT
-
-public:
-    using QWidget::QWidget;
-};
-
 Announcer::Announcer(QWidget *window)
     : QWidget(window)
 {
     QAccessible::installFactory(makeInterface);
     for (QWidget *&notice : m_notices)
-        notice = new Notice(this);
+        notice = new QWidget(this);
     resize(0, 0);
     connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *front) {
         if (front)
@@ -88,5 +80,3 @@ void Announcer::tell(const QString &sentence)
 #endif
 
 } // namespace controls
-
-#include "screen_reader.moc"

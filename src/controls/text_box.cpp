@@ -23,11 +23,6 @@ Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 
 } // namespace
 
-TextBox::TextBox(QWidget *parent)
-    : QLineEdit(parent)
-{
-}
-
 void TextBox::deleteBut(const QString &part)
 {
     const auto start = static_cast<int>(text().indexOf(part));
@@ -42,7 +37,7 @@ void TextBox::setSeeThrough(bool seeThrough)
     m_seeThrough = seeThrough;
     setFrame(!seeThrough);
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, seeThrough ? QColor(Qt::transparent) : QColor(Qt::white));
+    colors.setColor(QPalette::Base, seeThrough ? Qt::transparent : Qt::white);
     setPalette(colors);
 }
 
@@ -74,18 +69,14 @@ void TextBox::inputMethodEvent(QInputMethodEvent *event)
 
 void TextBox::paintEvent(QPaintEvent *event)
 {
-    if (!m_seeThrough) {
-        QLineEdit::paintEvent(event);
-        return;
-    }
-    if (!text().isEmpty()) {
-        QPainter painter(this);
-        painter.fillRect(rect(), Qt::white);
-    }
+    if (m_seeThrough && !text().isEmpty())
+        QPainter(this).fillRect(rect(), Qt::white);
     QLineEdit::paintEvent(event);
+    if (!m_seeThrough)
+        return;
     QPainter painter(this);
-    // Neither colour is nearer to black or to white than the eye can tell apart.
-    fillFrame(painter, rect(), 1, QColor::fromRgb(hasFocus() ? 0xFF2F80D0 : colors::edge));
+    // Both colours stand out from a black cell and from a white one.
+    fillFrame(painter, rect(), 1, hasFocus() ? 0xFF2F80D0 : colors::edge);
 }
 
 } // namespace controls

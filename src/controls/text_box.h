@@ -10,19 +10,18 @@ class TextBox : public QLineEdit
     Q_OBJECT
 
 public:
-    explicit TextBox(QWidget *parent = nullptr);
+    using QLineEdit::QLineEdit;
     /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
     void clear() { setText({}); }
-    /// Deletes what stands before and behind `part`, which is a part of the text. Screen readers say a text
-    /// that is put in anew, but nothing of one that is deleted.
+    /// Deletes all but `part` of the text. Screen readers would say a text that is set, but nothing of what
+    /// is deleted.
     void deleteBut(const QString &part);
-    /// While it is empty, such a box shows what lies behind it, in a thin outline.
+    /// A see-through box has a thin outline, and shows what lies behind it while it is empty.
     void setSeeThrough(bool seeThrough);
 
 Q_SIGNALS:
     /// A character was typed; `code` is its character code, 13 for Enter. A handler that sets it to 0
-    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters; with Alt or Meta they type
-    /// nothing either.
+    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters.
     void keyPress(int &code);
 
 protected:
