@@ -7,6 +7,7 @@ a screen reader does: by accessible names. Places are screen pixels.
 """
 
 import contextlib
+import os
 import re
 import subprocess
 import time
@@ -42,6 +43,17 @@ def key(*keys):
     run("xdotool", "key", "--clearmodifiers", *keys)
 
 
+def click_at(x, y, times=1):
+    run("xdotool", "mousemove", x, y, "click", "--repeat", times, "--delay", 80, 1)
+
+
+def open_window_manager():
+    manager = subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
+    # The last thing that it does before it takes requests; one that comes earlier can be lost.
+    wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
+    return manager
+
+
 def taskbar():
     """The titles of the windows that a taskbar lists."""
     windows = re.findall(r"0x\w+", run("xprop", "-root", "_NET_CLIENT_LIST"))
@@ -52,13 +64,16 @@ def taskbar():
 class Program:
     """The program from its first window to its end. `command` may begin with others that run it in their place."""
 
-    def __init__(self, *command, title="Vellomir", **environment):
-        self.process = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, restore_signals=False, **environment)
+    def __init__(self, *command, title="Vellomir"):
+        # A file that may not grow any more ends no program that is started without Python's wish for that.
+        options = {"stderr": subprocess.PIPE, "text": True, "restore_signals": False}
+        environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        self.process = subprocess.Popen(command, env=environment, **options)
         self.title = title
         try:
             wait_until(self.activate, f"the window {title}")
         except BaseException:
-            self.__exit__()
+            self.kill()
             raise
 
     def activate(self):
@@ -106,9 +121,9 @@ class Program:
         extents = Atspi.Component.get_extents(self.the(name, role), Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
-    def click(self, name, role=None, *, times=1):
+    def click(self, name, role=None):
         x, y, width, height = self.place(name, role)
-        run("xdotool", "mousemove", x + width // 2, y + height // 2, "click", "--repeat", times, "--delay", 80, 1)
+        click_at(x + width // 2, y + height // 2)
 
     def type(self, text, delay=12):
         run("xdotool", "type", "--delay", delay, text)
@@ -128,10 +143,7 @@ class Program:
         said = self.process.communicate(timeout=PATIENCE)[1]
         return self.process.returncode, said
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
+    def kill(self):
         self.process.kill()
         self.process.wait()
         self.process.stderr.close()
