@@ -2,8 +2,7 @@
 a screen reader does: by accessible names. Places are screen pixels.
 
     program = Program(path)
-    program.click("B 7")
-    program.the("Balls Called: 1")
+    program.click("B 7").the("Balls Called: 1")
 """
 
 import contextlib
@@ -21,25 +20,32 @@ PATIENCE = 60  # seconds until something that was waited for counts as missing
 
 def wait_until(condition, what="what was waited for"):
     end = time.monotonic() + PATIENCE
-    while True:
-        try:
+    while time.monotonic() < end:
+        with contextlib.suppress(GLib.Error):  # The accessible went away while it was read.
             if result := condition():
                 return result
-        except GLib.Error:
-            pass  # The accessible went away while it was read.
-        if time.monotonic() > end:
-            raise AssertionError(f"{what} did not come")
         time.sleep(0.02)
+    raise AssertionError(f"{what} did not come")
 
 
 def run(*command):
-    words = list(map(str, command))
-    return subprocess.run(words, capture_output=True, text=True, timeout=PATIENCE, check=False).stdout.strip()
+    done = subprocess.run(list(map(str, command)), capture_output=True, text=True, timeout=PATIENCE, check=False)
+    return done.stdout.strip()
 
 
 def key(*keys):
     """Presses keys, each by its X name: "Return", "alt+F4"."""
     run("xdotool", "key", "--clearmodifiers", *keys)
+
+
+def double_click(x, y):
+    run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 80, 1)
+
+
+def manage_windows():
+    """Starts the window manager of the display, with which it ends."""
+    subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
+    wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
 
 
 def taskbar():
@@ -92,9 +98,6 @@ class Program:
     def the(self, name, role=None):
         return wait_until(lambda: self.find(name, role), name)
 
-    def gone(self, name):
-        wait_until(lambda: not self.find(name), f"the end of {name}")
-
     def text(self, name):
         return Atspi.Text.get_text(self.the(name), 0, -1)
 
@@ -102,29 +105,36 @@ class Program:
         """The titles of the windows, the active one marked with a star."""
         return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
 
+    def become(self, *windows):
+        wait_until(lambda: self.windows() == list(windows), f"the windows {windows}")
+
     def place(self, name, role=None):
         extents = Atspi.Component.get_extents(self.the(name, role), Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
-    def click(self, name, role=None, *, times=1):
+    def click(self, name, role=None):
         x, y, width, height = self.place(name, role)
-        run("xdotool", "mousemove", x + width // 2, y + height // 2, "click", "--repeat", times, "--delay", 80, 1)
+        run("xdotool", "mousemove", x + width // 2, y + height // 2, "click", 1)
+        return self
 
     def type(self, text, delay=12):
         run("xdotool", "type", "--delay", delay, text)
+        return self
 
     def choose(self, *keys):
         """Chooses from the menu bar with the keys behind Alt."""
         self.activate()
         key("alt", *keys)
+        return self
 
     def close(self):
-        """Closes the window as its close button does; answers the exit code and what was said on standard error."""
+        """Closes the window as its close button does, and waits for the end."""
         self.activate()
         key("alt+F4")
         return self.end()
 
     def end(self):
+        """Waits for the end; answers the exit code and what was said on standard error."""
         said = self.process.communicate(timeout=PATIENCE)[1]
         return self.process.returncode, said
 
