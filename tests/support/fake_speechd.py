@@ -8,9 +8,9 @@ import socketserver
 import sys
 import threading
 
-VOICES = ["German\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
+VOICES = ["German\tde\tnone", "Bass++\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
           "French (France)\tfr-FR\tnone"]  # fmt: skip
-ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"),
+ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"),
            "GET LANGUAGE": (251, "en-US"), "HISTORY GET CLIENT_ID": (245, "1")}
 path, mood = sys.argv[1:]
 numbers = iter(range(1, 1_000_000))
