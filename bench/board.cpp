@@ -8,8 +8,8 @@
 
 #include "appearance.h"
 #include "design_table.h"
-#include "modMain.h"
 #include "main_window.h"
+#include "modMain.h"
 
 #include <QElapsedTimer>
 #include <QFile>

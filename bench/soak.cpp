@@ -108,7 +108,8 @@ int main(int argc, char *argv[])
             QCoreApplication::processEvents();
         w.speech.spoken.clear();
     });
-    const bool counted = w.find<QLabel>("lblCallCnt")->text() == QString("Balls Called: %1").arg(100000 / divisor);
+    const bool counted =
+        w.find<QLabel>("lblCallCnt")->text() == QString("Balls Called: %1").arg(100000 / divisor);
     std::printf("%s\n", qPrintable(w.find<QLabel>("lblCallCnt")->text()));
     w.find<QCheckBox>("chkMakeVoiceCall")->click();
     openAndClose("frmHelp", [&] { choose("mnuHelp"); });

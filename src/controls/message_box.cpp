@@ -49,9 +49,10 @@ int titleWidth(const QMessageBox &box)
 void layOut(QMessageBox &box)
 {
     auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
-    text->setMinimumWidth(titleWidth(box));
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    grid->setColumnMinimumWidth(grid->columnCount() - 1,
+                                titleWidth(box)); // the text's own width still counts
     if (box.icon() == QMessageBox::NoIcon) {
-        auto *grid = qobject_cast<QGridLayout *>(box.layout());
         grid->addWidget(text, 0, 0, 1, grid->columnCount()); // over the empty columns of the icon, too
         text->setContentsMargins({});
         text->setAlignment(Qt::AlignCenter);
