@@ -13,6 +13,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLineEdit>
 
 #include <unistd.h>
 
@@ -156,7 +157,7 @@ void playGames(const MainWindow &w, int games)
     std::vector<QWidget *> all = {count};
     for (const char *name : {"RTB1", "RTB2", "RTB3", "RTB4", "RTB5"})
         all.push_back(w.display(name));
-    for (int n = 1; n <= game::numberCount; ++n)
+    for (int n = 1; n <= 75; ++n)
         all.push_back(w.number(n));
 
     Figure call{"a call", {}, {}};
@@ -164,7 +165,7 @@ void playGames(const MainWindow &w, int games)
     Figure clear{"a clear, its box answered at once", {}, {}};
     double early = 0;
     for (int game = 1; game <= games; ++game) {
-        for (int n = 1; n <= game::numberCount; ++n) {
+        for (int n = 1; n <= 75; ++n) {
             call.action.push_back(timed([&] { w.number(n)->click(); }));
             call.bare.push_back(timed([&] {
                 repaint({count, w.number(n), w.display("RTB2"), w.display("RTB3"), w.display("RTB4")});
@@ -201,7 +202,7 @@ void selectPatterns(const MainWindow &w)
 
 void changeFontSize(const MainWindow &w)
 {
-    auto *size = w.find<controls::ComboBox>(QStringLiteral("iFontSize"));
+    auto *size = w.find<QComboBox>(QStringLiteral("iFontSize"));
     Figure change{"a font-size change", {}, {}};
     for (int i = 0; i < 100; ++i) {
         size->setEditText(QString::number(30 + i % 3));

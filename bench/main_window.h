@@ -5,9 +5,13 @@
 #include "support/fake_speech.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 /// The program's main window, made by its start-up, whose voices speak through `speech`.
 class MainWindow

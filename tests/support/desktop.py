@@ -2,12 +2,10 @@
 a screen reader does: by accessible names. Places are screen pixels.
 
     program = Program(path)
-    program.click("B 7")
-    program.the("Balls Called: 1")
+    program.click("B 7").the("Balls Called: 1")
 """
 
 import contextlib
-import os
 import re
 import subprocess
 import time
@@ -22,20 +20,17 @@ PATIENCE = 60  # seconds until something that was waited for counts as missing
 
 def wait_until(condition, what="what was waited for"):
     end = time.monotonic() + PATIENCE
-    while True:
-        try:
+    while time.monotonic() < end:
+        with contextlib.suppress(GLib.Error):  # The accessible went away while it was read.
             if result := condition():
                 return result
-        except GLib.Error:
-            pass  # The accessible went away while it was read.
-        if time.monotonic() > end:
-            raise AssertionError(f"{what} did not come")
         time.sleep(0.02)
+    raise AssertionError(f"{what} did not come")
 
 
 def run(*command):
-    words = list(map(str, command))
-    return subprocess.run(words, capture_output=True, text=True, timeout=PATIENCE, check=False).stdout.strip()
+    done = subprocess.run(list(map(str, command)), capture_output=True, text=True, timeout=PATIENCE, check=False)
+    return done.stdout.strip()
 
 
 def key(*keys):
@@ -43,15 +38,14 @@ def key(*keys):
     run("xdotool", "key", "--clearmodifiers", *keys)
 
 
-def click_at(x, y, times=1):
-    run("xdotool", "mousemove", x, y, "click", "--repeat", times, "--delay", 80, 1)
+def double_click(x, y):
+    run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 80, 1)
 
 
-def open_window_manager():
-    manager = subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
-    # The last thing that it does before it takes requests; one that comes earlier can be lost.
+def manage_windows():
+    """Starts the window manager of the display, with which it ends."""
+    subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
     wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
-    return manager
 
 
 def taskbar():
@@ -64,16 +58,13 @@ def taskbar():
 class Program:
     """The program from its first window to its end. `command` may begin with others that run it in their place."""
 
-    def __init__(self, *command, title="Vellomir"):
-        # A file that may not grow any more ends no program that is started without Python's wish for that.
-        options = {"stderr": subprocess.PIPE, "text": True, "restore_signals": False}
-        environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
-        self.process = subprocess.Popen(command, env=environment, **options)
+    def __init__(self, *command, title="Vellomir", **environment):
+        self.process = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, restore_signals=False, **environment)
         self.title = title
         try:
             wait_until(self.activate, f"the window {title}")
         except BaseException:
-            self.kill()
+            self.__exit__()
             raise
 
     def activate(self):
@@ -107,9 +98,6 @@ class Program:
     def the(self, name, role=None):
         return wait_until(lambda: self.find(name, role), name)
 
-    def gone(self, name):
-        wait_until(lambda: not self.find(name), f"the end of {name}")
-
     def text(self, name):
         return Atspi.Text.get_text(self.the(name), 0, -1)
 
@@ -117,33 +105,43 @@ class Program:
         """The titles of the windows, the active one marked with a star."""
         return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
 
+    def become(self, *windows):
+        wait_until(lambda: self.windows() == list(windows), f"the windows {windows}")
+
     def place(self, name, role=None):
         extents = Atspi.Component.get_extents(self.the(name, role), Atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
     def click(self, name, role=None):
         x, y, width, height = self.place(name, role)
-        click_at(x + width // 2, y + height // 2)
+        run("xdotool", "mousemove", x + width // 2, y + height // 2, "click", 1)
+        return self
 
     def type(self, text, delay=12):
         run("xdotool", "type", "--delay", delay, text)
+        return self
 
     def choose(self, *keys):
         """Chooses from the menu bar with the keys behind Alt."""
         self.activate()
         key("alt", *keys)
+        return self
 
     def close(self):
-        """Closes the window as its close button does; answers the exit code and what was said on standard error."""
+        """Closes the window as its close button does, and waits for the end."""
         self.activate()
         key("alt+F4")
         return self.end()
 
     def end(self):
+        """Waits for the end; answers the exit code and what was said on standard error."""
         said = self.process.communicate(timeout=PATIENCE)[1]
         return self.process.returncode, said
 
-    def kill(self):
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
         self.process.kill()
         self.process.wait()
         self.process.stderr.close()

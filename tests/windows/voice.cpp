@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdio>
 #include <string>
+#include <thread>
 
 struct Voice : ISpVoice
 {
@@ -51,14 +52,9 @@ static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
     std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice).name.c_str(), self(voice).rate,
                  self(voice).boundary, flags, text);
     std::fclose(said);
-    ++self(voice).begun;
-    SetEvent(self(voice).news);
-    const auto end = [](void *spoken, BOOLEAN) {
-        ++static_cast<Voice *>(spoken)->ended;
-        SetEvent(static_cast<Voice *>(spoken)->news);
-    };
-    HANDLE timer = nullptr;
-    CreateTimerQueueTimer(&timer, nullptr, end, voice, 300, 0, WT_EXECUTEONLYONCE);
+    const auto report = [voice](std::atomic<int> &kind) { ++kind, SetEvent(self(voice).news); };
+    report(self(voice).begun);
+    std::thread([=] { Sleep(300), report(self(voice).ended); }).detach();
     return S_OK;
 }
 
@@ -66,11 +62,8 @@ static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
 {
     const bool isBegin = self(voice).begun > 0;
     std::atomic<int> &kind = isBegin ? self(voice).begun : self(voice).ended;
-    if (kind == 0)
-        return S_FALSE;
-    --kind;
     event->eEventId = isBegin ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
-    return S_OK;
+    return kind > 0 ? --kind, S_OK : S_FALSE;
 }
 
 static HRESULT setVoice(ISpVoice *voice, ISpObjectToken *token)
