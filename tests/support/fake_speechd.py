@@ -3,6 +3,7 @@
 MOOD is what becomes of a text: normal (begun and ended), early (both before its own answer), cancelled, refused,
 silent (taken, then nothing), dropped (the connection), stuck (nothing is answered any more); or novoices, or mute."""
 
+import contextlib
 import socket
 import socketserver
 import sys
@@ -18,7 +19,8 @@ numbers = iter(range(1, 1_000_000))
 
 class Client(socketserver.StreamRequestHandler):
     def answer(self, code, *lines):
-        self.wfile.write("".join(f"{code}-{line}\r\n" for line in lines).encode() + f"{code} OK\r\n".encode())
+        with contextlib.suppress(OSError):  # The client may be gone, and still be heard.
+            self.wfile.write("".join(f"{code}-{line}\r\n" for line in lines).encode() + f"{code} OK\r\n".encode())
 
     def heard(self):
         line = self.rfile.readline().decode().removesuffix("\r\n")
