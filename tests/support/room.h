@@ -25,27 +25,36 @@ inline void writeFile(const QString &path, const QByteArray &content)
         qFatal("cannot write %s", qPrintable(path));
 }
 
+/// Where the pixels of a colour are in a place of a picture.
+inline QRect ink(const QImage &picture, const QRect &place, const QColor &color)
+{
+    QRect found;
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        for (int x = place.left(); x <= place.right(); ++x)
+            found |= picture.valid(x, y) && picture.pixel(x, y) == color.rgb() ? QRect(x, y, 1, 1) : QRect();
+    }
+    return found;
+}
+
 /// The whole program in this process, from its start-up to its end, with a fake speech service: a hand that
 /// plays, and an eye that sees what the room sees. The program's own timers tick only when the hand says so.
 class Room : public QObject
 {
 public:
-    Room()
+    /// Starts without settings, or with those of the room before.
+    explicit Room(bool hasSettings = false)
     {
         nextFraction = 0.5;
+        if (!hasSettings && !modMain::SettingsPath.isEmpty())
+            QFile::remove(modMain::SettingsPath);
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         answer();
         modMain::Main();
-        for (QWidget *top : QApplication::topLevelWidgets())
-            window = top->objectName() == "frmMain" ? qobject_cast<QMainWindow *>(top) : window.data();
-        [[maybe_unused]] const bool active = QTest::qWaitForWindowActive(window);
+        QVERIFY(QTest::qWaitFor(
+            [this] { return (window = qobject_cast<QMainWindow *>(QApplication::activeWindow())); }));
     }
-    ~Room() override
-    {
-        end();
-        QFile::remove(modMain::SettingsPath);
-    }
+    ~Room() override { end(); }
     /// Closes the main window, and with it the program.
     void end()
     {
@@ -60,104 +69,55 @@ public:
     Control *find(const QString &name) const
     {
         auto *found = window->findChild<Control *>(name);
-        if (!found)
-            qFatal("no control %s", qPrintable(name));
-        return found;
+        return found ? found : (qFatal("no control %s", qPrintable(name)), nullptr);
     }
     QTextEdit *display(const QString &name) const { return find<QTextEdit>(name); }
     QLineEdit *entry() const { return window->centralWidget()->findChild<QLineEdit *>("Text1"); }
+    QPoint placeOf(const QWidget *control, QPoint inside) const { return control->mapTo(window, inside); }
 
-    static void click(QWidget *control)
+    static void click(const QWidget *control)
     {
         const QPoint place = control->rect().bottomRight() - QPoint(3, 3);
         QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {},
                           control->mapTo(control->window(), place));
     }
-    /// Types where the focus is, "\r" for Enter.
-    void type(const QString &text, Qt::KeyboardModifiers held = {}) const
+    /// Types where the focus is: the text, "\r" for Enter, or one key with others held.
+    void type(const QString &text) const
     {
-        for (const QChar c : text)
-            hit(keyboard(), c == u'\r' ? int(Qt::Key_Return) : int(c.toUpper().unicode()),
-                QString(held & Qt::ControlModifier ? QChar(c.unicode() & 31) : c), held);
+        for (const char c : text.toLatin1())
+            QTest::keyClick(keyboard(), c);
     }
-    QWindow *keyboard() const
+    void strike(QKeyCombination keys) const
     {
-        QWindow *focused = QGuiApplication::focusWindow();
-        return focused ? focused : window->windowHandle();
-    }
-    static void hit(QPointer<QWindow> at, int key, const QString &text = {}, Qt::KeyboardModifiers held = {})
-    {
-        for (const auto action : {QTest::Press, QTest::Release}) {
-            if (at) // A press may close it.
-                QTest::sendKeyEvent(action, at, Qt::Key(key), text, held);
-        }
+        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
+        const QString sign = keys.key() < 128 ? QChar(keys.key() & (isControl ? 31 : 127)) : QString();
+        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), sign, keys.keyboardModifiers());
     }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
-        for (; times > 0 && timer->isActive(); --times) {
+        for (int i = 0; i < qMax(1, times) && timer->isActive(); ++i) {
             QTimerEvent over(timer->timerId());
             m_ticking = timer;
             QCoreApplication::sendEvent(timer, &over);
         }
     }
 
-    /// Plays a script, word by word:
-    ///   33, 7-9   a click on a number, on some   p3, c25   on a pattern button, on a cell
-    ///   cPause    on the control of that name    mnuHelp   a choice from a menu
-    ///   'n33/     keys, / Enter, _ blank         s3, a     seconds of the countdown, steps of the animation
-    ///   %25       the next draws' fraction       ~         until something is said
-    ///   cboSec=5  a choice                       Alt+r     a key with others held
-    ///   "r        from an input method           hush      from now on the voice ends no text by itself:
-    ///   .         it ended one                   gone      the service is lost
-    ///   voice=9   the voice that was chosen      Tab       that key, or Backtab, Escape, Space, Down
+    /// Plays a script, word by word: the words of playOne(), and
+    ///   33, 7-9   a click on a number, on some
+    ///   cPause    a click on the control of that name
+    ///   mnuHelp   a choice from a menu
+    ///   cboSec=5  a choice from a list, once it is there, or where a slider is put
     /// A key behind a colon (33:Y) answers the box that comes, else Escape does, at first with s: the time
     /// goes on, e: a failure is to be told, u, p: chkAutoCall or cPause is pressed, as a screen reader can.
     void play(const QString &script)
     {
-        static const QRegularExpression word("([%'\"a-zA-Z~.]*)(.*)");
-        for (QString step : script.split(' ', Qt::SkipEmptyParts)) {
-            if (!QGuiApplication::focusWindow()) { // Behind a box, a window manager does this.
-                window->activateWindow();
-                QCoreApplication::processEvents();
-            }
+        for (const QString &step : script.split(' ', Qt::SkipEmptyParts)) {
+            QCoreApplication::processEvents(); // gives a new window the focus
+            if (!QGuiApplication::focusWindow())
+                window->activateWindow(); // as a window manager does behind a box
             m_answer = step.section(':', 1);
-            step = step.section(':', 0, 0);
-            const QString kind = word.match(step).captured(1), rest = word.match(step).captured(2);
-            if (kind.isEmpty())
-                for (int n = rest.section('-', 0, 0).toInt(); n <= rest.section('-', -1).toInt(); ++n)
-                    click(find(QString("cButt(%1)").arg(n)));
-            else if (kind == "p" || kind == "c")
-                click(find(QString(kind == "p" ? "cDemoButt(%1)" : "tDemo(%1)").arg(rest)));
-            else if (kind == "s" || kind == "a")
-                tick(find<QTimer>(kind == "s" ? "Timer2" : "Timer1"), qMax(1, rest.toInt()));
-            else if (kind == "%")
-                nextFraction = rest.toInt() / 100.0;
-            else if (kind == "~")
-                await();
-            else if (kind == ".")
-                Q_EMIT speech.engine->ended();
-            else if (kind == "voice")
-                modMain::Voice.VoiceIndex = rest.mid(1);
-            else if (kind == "hush")
-                speech.speaksByItself = false;
-            else if (kind == "gone")
-                Q_EMIT speech.engine->failed(-7, "it went away");
-            else if (kind.startsWith('\''))
-                type(step.mid(1).replace('/', '\r').replace('_', ' '));
-            else if (kind.startsWith('"'))
-                commit(step.mid(1));
-            else if (rest.startsWith('+'))
-                type(rest.mid(1), QKeySequence(kind + "+A")[0].keyboardModifiers());
-            else if (kind == "Escape" || kind == "Tab" || kind == "Backtab" || kind == "Space" ||
-                     kind == "Down")
-                hit(keyboard(), QKeySequence(kind)[0].key());
-            else if (kind.startsWith("mnu"))
-                find<QAction>(kind)->trigger();
-            else if (rest.startsWith('='))
-                find<QComboBox>(kind)->setCurrentText(rest.mid(1));
-            else
-                click(find(step));
+            playOne(step.section(':', 0, 0));
         }
     }
 
@@ -169,28 +129,34 @@ public:
         settle();
         const QImage picture = window->grab().toImage();
         const QString red = redNumbers(picture), grey = greyNumbers(picture);
-        QString seen = find<QLabel>("lblCallCnt")->text().remove("Balls Called: ");
-        const auto add = [&seen](const QString &what, const QString &text) {
-            seen += text.isEmpty() ? QString() : what + text;
-        };
         const auto *animation = find<QTimer>("Timer1");
         const auto *pause = find<QPushButton>("cPause");
-        add(" ", textOf("RTB3"));
-        add("/", textOf("RTB4"));
-        add(" red ", red);
-        add(" grey ", grey == red ? "" : grey.isEmpty() ? "none" : grey);
-        add(" lit ", litCells(picture));
-        add(" step ", animation->isActive() ? QString::number(animation->interval()) : "");
-        add(" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in "));
-        add(" ", pause->isEnabled() ? pause->text() : "");
-        add(" counts", find<QTimer>("Timer2")->isActive() ? "." : "");
-        add(" entry ", entry()->text());
-        add(" focus ", window->focusWidget() == entry() ? "" : window->focusWidget()->objectName());
+        QStringList windows;
         for (const auto *other : window->findChildren<QWidget *>(QRegularExpression("^frm")))
-            add(" + ", other->isVisible() ? other->objectName() : "");
-        for (; m_heard < speech.spoken.size(); ++m_heard)
-            seen += "; " + QString(speech.spoken[m_heard]).remove(" -1 0");
-        add("; ", std::exchange(boxes, {}).join("; "));
+            windows += other->isVisible() ? QStringList(other->objectName()) : QStringList();
+        const std::pair<const char *, QString> parts[] = {
+            {"", find<QLabel>("lblCallCnt")->text().remove("Balls Called: ")},
+            {" ", textOf("RTB3")},
+            {"/", textOf("RTB4")},
+            {" red ", red},
+            {" grey ", grey == red      ? ""
+                       : grey.isEmpty() ? "none"
+                                        : grey},
+            {" lit ", litCells(picture)},
+            {" step ", animation->isActive() ? QString::number(animation->interval()) : ""},
+            {" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in ")},
+            {" ", pause->isEnabled() ? pause->text() : ""},
+            {" counts", find<QTimer>("Timer2")->isActive() ? "." : ""},
+            {" entry ", entry()->text()},
+            {" focus ", window->focusWidget() == entry() ? "" : window->focusWidget()->objectName()},
+            {" + ", windows.join(" + ")},
+            {"; ", speech.spoken.mid(m_heard).join("; ").remove(" -1 0")},
+            {"; ", std::exchange(boxes, {}).join("; ")},
+        };
+        m_heard = speech.spoken.size();
+        QString seen;
+        for (const auto &[what, text] : parts)
+            seen += text.isEmpty() ? QString() : what + text;
         return seen;
     }
 
@@ -201,29 +167,20 @@ public:
     /// The numbers of the large board that are red and nowhere black: "7 12-15 33".
     QString redNumbers(const QImage &picture) const
     {
-        QTextEdit *board = display("RTB2");
+        const QTextEdit *board = display("RTB2");
         return numbersWhere([&](int n) {
             QTextCursor cell = board->document()->find(QRegularExpression(QString("\\b%1\\b").arg(n)));
             const QRect end = board->cursorRect(cell);
             cell.setPosition(cell.selectionStart());
-            const QRect place(board->cursorRect(cell).topLeft(), end.bottomLeft());
-            const QImage seen =
-                picture.copy(place.translated(board->viewport()->mapTo(window.data(), QPoint())));
-            return has(seen, Qt::red) && !has(seen, Qt::black);
+            const QRect seen = QRect(board->cursorRect(cell).topLeft(), end.bottomLeft())
+                                   .translated(placeOf(board->viewport(), {}));
+            return ink(picture, seen, Qt::red).isValid() && !ink(picture, seen, Qt::black).isValid();
         });
-    }
-    static bool has(const QImage &picture, const QColor &color)
-    {
-        for (int i = 0; i < picture.width() * picture.height(); ++i) {
-            if (picture.pixel(i % picture.width(), i / picture.width()) == color.rgb())
-                return true;
-        }
-        return false;
     }
     QString greyNumbers(const QImage &picture) const
     {
         return numbersWhere([&](int n) {
-            const QPoint inside = find(QString("cButt(%1)").arg(n))->mapTo(window.data(), QPoint(4, 4));
+            const QPoint inside = placeOf(find(QString("cButt(%1)").arg(n)), {4, 4});
             return picture.pixelColor(inside) == QColor("#A0A0A0");
         });
     }
@@ -232,8 +189,8 @@ public:
         QString lit;
         for (int i = 1; i <= 25; ++i) {
             const QWidget *cell = find(QString("tDemo(%1)").arg(i));
-            const QPoint corner = cell->mapTo(window.data(), cell->rect().bottomRight() - QPoint(3, 3));
-            if (picture.valid(corner) && picture.pixelColor(corner) == Qt::black)
+            const QPoint corner = placeOf(cell, cell->rect().bottomRight() - QPoint(3, 3));
+            if (picture.pixelColor(corner) == Qt::black)
                 lit += QChar('a' + i - 1);
         }
         return lit;
@@ -244,6 +201,63 @@ public:
     QStringList boxes; ///< "title: text" of each since the last look
 
 private:
+    QWindow *keyboard() const
+    {
+        QWindow *focused = QGuiApplication::focusWindow();
+        return focused ? focused : window->windowHandle();
+    }
+    void playOne(const QString &step)
+    {
+        static const QRegularExpression form("^([%'\"]|[a-zA-Z~.]*)=?(.*)");
+        const QString word = form.match(step).captured(1), rest = form.match(step).captured(2);
+        const QHash<QString, std::function<void()>> words{
+            {"p", [&] { click(find(QString("cDemoButt(%1)").arg(rest))); }},
+            {"c", [&] { click(find(QString("tDemo(%1)").arg(rest))); }}, // a cell of the card
+            {"s", [&] { tick(find<QTimer>("Timer2"), rest.toInt()); }},  // seconds of the countdown
+            {"a", [&] { tick(find<QTimer>("Timer1"), rest.toInt()); }},  // steps of the animation
+            {"%", [&] { nextFraction = rest.toInt() / 100.0; }},
+            {"'", [&] { type(QString(rest).replace('/', '\r').replace('_', ' ')); }},
+            {"\"", [&] { commit(rest); }},
+            {"key", [&] { strike(QKeySequence(rest)[0]); }}, // key=Alt+F4
+            {"soon",
+             [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
+            {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
+            {"none", [&] { speech.isInstalled = false; }},
+            {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
+            {"aloud", [&] { speech.speaksByItself = true; }},
+            {"~", [&] { await(); }}, // until something is said
+            {".", [&] { speech.engine ? speech.engine->ended() : void(); }},
+            {"gone", [&] { speech.engine ? speech.engine->failed(-7, "it went away") : void(); }},
+        };
+        const QStringList ends = step.split('-');
+        if (words.contains(word))
+            words[word]();
+        else if (step.contains('='))
+            choose(find(step.section('=', 0, 0)), step.section('=', 1));
+        else if (auto *action = window->findChild<QAction *>(step))
+            action->trigger();
+        else if (auto *control = window->findChild<QWidget *>(step))
+            click(control);
+        for (int n = ends.first().toInt(); n && n <= ends.last().toInt(); ++n)
+            click(find(QString("cButt(%1)").arg(n)));
+    }
+    /// Chooses an entry or a row, or sets a slider.
+    static void choose(QWidget *control, const QString &value)
+    {
+        const char *property = control->inherits("QComboBox")   ? "currentText"
+                               : control->inherits("QListView") ? "currentRow"
+                                                                : "value";
+        QVERIFY(QTest::qWaitFor([&] {
+            control->setProperty(property, value);
+            return control->property(property) == value;
+        }));
+    }
+    static void commit(const QString &text)
+    {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+    }
     template <class Condition>
     static QString numbersWhere(Condition holds)
     {
@@ -255,12 +269,6 @@ private:
                 text += QString(" %1").arg(n) + (end > n + 1 ? QString("-%1").arg(end - 1) : QString());
         }
         return text.mid(1);
-    }
-    static void commit(const QString &text)
-    {
-        QInputMethodEvent event;
-        event.setCommitString(text);
-        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
     }
     static void settle()
     {
@@ -274,12 +282,13 @@ private:
         settle();
         m_awaited = speech.spoken.size();
     }
+    /// Answers each box that comes.
     void answer()
     {
         QTimer::singleShot(1, this, &Room::answer);
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (box && box == m_answered && ++m_rounds % 500 == 0) // the key was lost
-            hit(box->windowHandle(), Qt::Key_Escape);
+            QTest::keyClick(box->windowHandle(), Qt::Key_Escape);
         if (!box || box == m_answered)
             return;
         boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
@@ -292,8 +301,8 @@ private:
             controls::reportError(window, {-2147221164, "No voice"});
         if (answer == "u" || answer == "p")
             find<QAbstractButton>(answer == "u" ? "chkAutoCall" : "cPause")->click();
-        const QMap<QString, int> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
-        hit(box->windowHandle(), keys.value(answer, Qt::Key_Escape));
+        const QMap<QString, Qt::Key> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
+        QTest::keyClick(box->windowHandle(), keys.value(answer, Qt::Key_Escape));
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
