@@ -81,18 +81,6 @@ public:
         QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {},
                           control->mapTo(control->window(), place));
     }
-    /// Types where the focus is: the text, "\r" for Enter, or one key with others held.
-    void type(const QString &text) const
-    {
-        for (const char c : text.toLatin1())
-            QTest::keyClick(keyboard(), c);
-    }
-    void strike(QKeyCombination keys) const
-    {
-        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
-        const QString sign = keys.key() < 128 ? QChar(keys.key() & (isControl ? 31 : 127)) : QString();
-        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), sign, keys.keyboardModifiers());
-    }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
@@ -138,10 +126,8 @@ public:
             {"", find<QLabel>("lblCallCnt")->text().remove("Balls Called: ")},
             {" ", textOf("RTB3")},
             {"/", textOf("RTB4")},
-            {" red ", red},
-            {" grey ", grey == red      ? ""
-                       : grey.isEmpty() ? "none"
-                                        : grey},
+            {" red ", red == "none" ? "" : red},
+            {" grey ", grey == red ? "" : grey},
             {" lit ", litCells(picture)},
             {" step ", animation->isActive() ? QString::number(animation->interval()) : ""},
             {" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in ")},
@@ -164,7 +150,7 @@ public:
     {
         return (u'.' + display(name)->toPlainText()).trimmed().mid(1); // blanks at the end are not seen
     }
-    /// The numbers of the large board that are red and nowhere black: "7 12-15 33".
+    /// The numbers of the large board that are red and nowhere black: "7 12-15 33", or "none".
     QString redNumbers(const QImage &picture) const
     {
         const QTextEdit *board = display("RTB2");
@@ -206,6 +192,18 @@ private:
         QWindow *focused = QGuiApplication::focusWindow();
         return focused ? focused : window->windowHandle();
     }
+    /// Presses one key, with others held.
+    void press(QKeyCombination keys) const
+    {
+        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
+        const QString sign = keys.key() < 128 ? QChar(keys.key() & (isControl ? 31 : 127)) : QString();
+        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), sign, keys.keyboardModifiers());
+    }
+    void type(const QString &text) const
+    {
+        for (const char c : text.toLatin1())
+            QTest::keyClick(keyboard(), c);
+    }
     void playOne(const QString &step)
     {
         static const QRegularExpression form("^([%'\"]|[a-zA-Z~.]*)=?(.*)");
@@ -218,7 +216,7 @@ private:
             {"%", [&] { nextFraction = rest.toInt() / 100.0; }},
             {"'", [&] { type(QString(rest).replace('/', '\r').replace('_', ' ')); }},
             {"\"", [&] { commit(rest); }},
-            {"key", [&] { strike(QKeySequence(rest)[0]); }}, // key=Alt+F4
+            {"key", [&] { press(QKeySequence(rest)[0]); }}, // key=Alt+F4
             {"soon",
              [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
             {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
@@ -268,7 +266,7 @@ private:
             if (end > n)
                 text += QString(" %1").arg(n) + (end > n + 1 ? QString("-%1").arg(end - 1) : QString());
         }
-        return text.mid(1);
+        return text.isEmpty() ? "none" : text.mid(1);
     }
     static void settle()
     {
