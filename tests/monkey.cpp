@@ -40,14 +40,17 @@ private:
     void playOne(Room &room)
     {
         static const QString words =
-            "cRandNum cRandNum cmdClear cPause chkAutoCall cBingo mnuHelp mnuAbout mnuSpeak mnuShaddow s s "
+            "cRandNum cmdClear cPause cPause chkAutoCall chkAutoCall cBingo mnuHelp mnuAbout mnuSpeak "
+            "mnuShaddow s s "
             "s3 "
             "a a %0 %50 %99 'r 'p '7 '12/ 'n33/ '_4/ 'x/ '/ key=Esc key=Tab key=Space key=Down . . gone hush "
             "aloud";
         QStringList controls;
         for (const auto *control : room.window->findChildren<QWidget *>(QRegularExpression("^[^q]")))
             controls += control->isVisible() ? QStringList(control->objectName()) : QStringList();
-        const QString step = oneOf({oneOf(words.split(' ')), oneOf(controls)});
+        const QString step = oneOf({oneOf(words.split(' ')), oneOf(words.split(' ')), oneOf(controls)});
+        if (!QGuiApplication::focusWindow())
+            return room.window->activateWindow();
         if (step.startsWith("mnu") && QApplication::activeModalWidget())
             return;
         m_last += ' ' + step;

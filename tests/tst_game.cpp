@@ -18,7 +18,9 @@ const struct
     {"'76/ '0/ '75.5/ '-3/ 'B/ 'BX/ 'Z7/ '7B/ 'nan/ '1,0/ '0x10/ 'B-3/ '1e9999/", "0"},
     {"'12/ '12/:Y '1", "1 B12 entry 1; Q"},
     {"%0 '12R '3p \"r '4r key=Ctrl+Z key=Ctrl+R key=Alt+R key=Meta+R key=Alt+7", "3 B3/B2  B1 red 1-3"},
-    {"33 c10 c3 c3 RTB1 RTB2 RTB3 RTB4 RTB5 'x", "1 N33 red 33 lit j entry x"},
+    {"33 RTB1 RTB2 RTB3 RTB4 RTB5 'x", "1 N33 red 33 entry x"},
+    {"key=Tab c10 c3 c3", "0 lit j"},
+    {"key=Shift+Tab key=Shift+Tab key=Shift+Tab key=Shift+Tab", "0 focus chkAutoCall"},
     // ---- draw
     {"%0 cRandNum cRandNum %99 cRandNum cRandNum", "4 O74/O75 B2  B1 red 1-2 74-75"},
     {"p3 16-30 46-60 33:Y '4r '5r", "31 N33/G60 G59 G58 G57 red 1-75 lit giqs; Q; F"},
@@ -60,9 +62,9 @@ const struct
     {"voice=1 mnuSpeak List1=2 Slider1=10 cListen 8 chkMakeVoiceCall 9 ~ cSave 61 ~",
      "3 O61/B9  B8 red 8-9 61; Bee 4, Oh 62, Eye 25 2 10; Bee, 9 1 0; Bee, 9 1 0; Oh, 61 2 10; "
      "Oh, 6 , 1 2 10"},
-    {"hush chkAutoCall p1 mnuSpeak List1=0 soon=s5,a,7,. cListen a", // what comes meanwhile is taken
-                                                                     // afterwards
-     "1 B7 red 7 lit agmsy step 1500 Pause counts. focus cPause + frmVoices; Bee 4, Oh 62, Eye 25 0 0"},
+    {"hush chkAutoCall p1 mnuSpeak List1=0 soon=s5,a,7,?,. cListen a", // the time stands still, input waits
+     "1 B7 red 7 lit agmsy step 1500 Pause counts. focus cPause + frmVoices; "
+     "(0 step 100 Pause counts. + frmVoices; Bee 4, Oh 62, Eye 25 0 0)"},
     {"none mnuSpeak cListen", "0 + frmVoices; E No speech service is installed. Err #: 1; P"},
     {"hush mnuSpeak List1=0 soon=gone cListen",
      "0 + frmVoices; Bee 4, Oh 62, Eye 25 0 0; E it went away Err #: -7"},

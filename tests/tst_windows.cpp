@@ -1,5 +1,6 @@
 // The windows beside the main window: BINGO, help and its printing, about; and the end.
 
+#include "frmMain.h"
 #include "support/room.h"
 
 #include <QDesktopServices>
@@ -154,12 +155,15 @@ private Q_SLOTS:
         QDesktopServices::unsetUrlHandler("https");
     }
 
-    /// Each way to the end closes the windows and saves the settings.
+    /// Each way to the end closes the windows first, and saves the settings.
     void ends()
     {
         for (const QString way : {"close", "exit", "session"}) {
             Room room;
             room.play("mnuAbout mnuSpeak cboSec=18");
+            const QPointer<QWidget> about = room.find("frmAbout");
+            connect(qobject_cast<frmMain *>(room.window.data()), &frmMain::unloading, this,
+                    [about] { QVERIFY(!about || !about->isVisible()); });
             if (way == "exit")
                 QTimer::singleShot(0, room.find<QAction>("mnuExit"), &QAction::trigger);
             if (way == "session")

@@ -101,9 +101,10 @@ public:
     void play(const QString &script)
     {
         for (const QString &step : script.split(' ', Qt::SkipEmptyParts)) {
-            QCoreApplication::processEvents(); // gives a new window the focus
-            if (!QGuiApplication::focusWindow())
-                window->activateWindow(); // as a window manager does behind a box
+            if (!QGuiApplication::focusWindow()) { // Behind a box, a window manager does this.
+                window->activateWindow();
+                QCoreApplication::processEvents();
+            }
             m_answer = step.section(':', 1);
             playOne(step.section(':', 0, 0));
         }
@@ -206,7 +207,7 @@ private:
     }
     void playOne(const QString &step)
     {
-        static const QRegularExpression form("^([%'\"]|[a-zA-Z~.]*)=?(.*)");
+        static const QRegularExpression form("^([%'\"?]|[a-zA-Z~.]*)=?(.*)");
         const QString word = form.match(step).captured(1), rest = form.match(step).captured(2);
         const QHash<QString, std::function<void()>> words{
             {"p", [&] { click(find(QString("cDemoButt(%1)").arg(rest))); }},
@@ -219,6 +220,7 @@ private:
             {"key", [&] { press(QKeySequence(rest)[0]); }}, // key=Alt+F4
             {"soon",
              [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
+            {"?", [&] { boxes += '(' + look() + ')'; }},
             {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
             {"none", [&] { speech.isInstalled = false; }},
             {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
@@ -232,9 +234,10 @@ private:
             words[word]();
         else if (step.contains('='))
             choose(find(step.section('=', 0, 0)), step.section('=', 1));
-        else if (auto *action = window->findChild<QAction *>(step))
+        else if (auto *action = window->findChild<QAction *>(step)) {
             action->trigger();
-        else if (auto *control = window->findChild<QWidget *>(step))
+            QCoreApplication::processEvents(); // gives a new window the focus
+        } else if (auto *control = window->findChild<QWidget *>(step))
             click(control);
         for (int n = ends.first().toInt(); n && n <= ends.last().toInt(); ++n)
             click(find(QString("cButt(%1)").arg(n)));
