@@ -20,6 +20,7 @@ const struct
     {"%0 '12R '3p \"r '4r key=Ctrl+Z key=Ctrl+R key=Alt+R key=Meta+R key=Alt+7", "3 B3/B2  B1 red 1-3"},
     {"33 RTB1 RTB2 RTB3 RTB4 RTB5 'x", "1 N33 red 33 entry x"},
     {"key=Tab c10 c3 c3", "0 lit j"},
+    {"c10 '7", "0 entry 7"}, // which lies over that cell
     {"key=Shift+Tab key=Shift+Tab key=Shift+Tab key=Shift+Tab", "0 focus chkAutoCall"},
     // ---- draw
     {"%0 cRandNum cRandNum %99 cRandNum cRandNum", "4 O74/O75 B2  B1 red 1-2 74-75"},

@@ -6,6 +6,8 @@
 #include <QDesktopServices>
 #include <QPrintDialog>
 
+#include <ctime>
+
 namespace {
 
 void writeHelp(const QByteArray &text)
@@ -24,7 +26,7 @@ QString print(Room &room, const QString &file)
         if (!dialog)
             return;
         said = dialog->printRange() == QAbstractPrintDialog::Selection ? "selection" : "all";
-        said += dialog->findChild<QWidget *>("from")->isVisible() ? " and pages" : "";
+        said += dialog->findChild<QWidget *>("from")->isHidden() ? "" : " and pages";
         auto *printers = dialog->findChild<QComboBox *>("printers");
         printers->setCurrentIndex(printers->count() - 1); // "Print to File (PDF)"
         dialog->findChild<QLineEdit *>("filename")->setText(file);
@@ -106,12 +108,11 @@ private Q_SLOTS:
         room.play("'xyz key=Del");
         QCOMPARE(text->toPlainText(), before);
         writeHelp(QByteArray(256 * 1024, 'w'));
-        QElapsedTimer clock;
-        clock.start();
         room.find("frmHelp")->close();
+        const std::clock_t start = std::clock();
         room.play("mnuHelp");
         QCOMPARE(room.look(), "0 + frmHelp");
-        QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY((std::clock() - start) / CLOCKS_PER_SEC < 2);
         room.find("frmHelp")->close();
         QFile::remove(QCoreApplication::applicationDirPath() + "/help.txt");
         room.play("mnuHelp");
