@@ -10,11 +10,9 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 from pathlib import Path
 from signal import SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM
-from unittest.mock import ANY
 
 from support.desktop import Program, has, key, manage_windows, run, taskbar, wait_until
 
@@ -62,9 +60,6 @@ HEARD = [
     ("Return", "return", ENTRY, r"Shaddow Buttons, not checked\."),
 ]
 
-# What the service says is heard in a file.
-SOUND = 'pcm.!default {{ type file; slave.pcm null; file "{}" }}'
-SPEECHD = 'AudioOutputMethod "alsa"\nAddModule "espeak-ng" "sd_espeak-ng" "espeak-ng.conf"\n'
 CALLS = {
     "B 4": ("Bee, 4", "And After"),
     "I 30": ("Eye, 30", "Eye, 3 , 0"),
@@ -72,6 +67,10 @@ CALLS = {
     "G 48": ("Gee, 48", "Gee, 4 , 8"),
     "O 75": ("Oh, 75", "Oh, 7 , 5"),
 }
+
+
+def hold(name):
+    run("xdotool", "keydown", name, "sleep", 1, "keyup", name)
 
 
 class Outside(unittest.TestCase):
@@ -105,14 +104,11 @@ class Outside(unittest.TestCase):
         return Program(*UNPRIVILEGED, *wrapper, program, "-platform", "offscreen")
 
     @contextlib.contextmanager
-    def play(self, *wrapper, says="", **options):
+    def play(self, *wrapper, **options):
         """The program, closed in the end."""
         with self.start(*wrapper, **options) as program:
             yield program
-            self.assertEqual(program.close(), (0, says))
-
-    def hold(self, name):
-        run("xdotool", "keydown", name, "sleep", 1, "keyup", name)
+            self.assertEqual(program.close(), (0, ""))
 
     def test_a_game(self):
         """It goes on where nohup keeps the end of the terminal from it."""
@@ -120,16 +116,16 @@ class Outside(unittest.TestCase):
             program.process.send_signal(SIGHUP)
             program.type("N33\r").the("N 33, called")
             program.click("B 7").the("Balls Called: 2")
-            self.hold("r")
+            hold("r")
             program.the("Balls Called: 3")
-            self.hold("7")
+            hold("7")
             self.assertGreater(len(program.the("Number to call").get_text(0, -1)), 5)
             key("alt+r", "super+7", "p")
             self.assertEqual(program.the("Number to call").get_text(0, -1), "")
             program.click("Auto Draw Every").the("Auto Call In : 5")
             program.the("Balls Called: 4")
             for name, caption in ("Return", "Play"), ("space", "Pause"), ("Return", "Play"):
-                self.hold(name)
+                hold(name)
                 program.the(caption, "push button")
             program.click("Clear Board").the("Clearing board,\nAre you sure?")
             program.type("y").the("Balls Called: 0")
@@ -137,16 +133,12 @@ class Outside(unittest.TestCase):
             shown = [program.the(name).get_description() for name in ("Past numbers", "Current number")]
             self.assertEqual(shown, ["O 74, O 73, O 72, O 71", "O 75"])
             program.click("Bingo", times=2)
-            wait_until(lambda: len(program.windows()) == 2, "the announcement")
             wait_until(lambda: taskbar() == ["Vellomir"], "a taskbar without it")
-            time.sleep(1)
-            program.click("B 8", times=2).become("Vellomir*")
-            time.sleep(1)
-            self.assertEqual(program.windows(), ["Vellomir*"])
+            program.click("B 8", times=2).become("Vellomir*")  # The second click does nothing: it can be closed.
 
     def test_windows(self):
         """Each from the menu, named to a screen reader, in front though it was minimized, and kept off the taskbar."""
-        with self.play("env", f"PATH={self.home}", says=ANY) as program:  # no browser, as Qt says
+        with self.play() as program:
             at = program.the("Vellomir", "frame").get_extents(0)
             top, bottom = map(int, re.findall(r"\d+", run("xprop", "-id", program.window, "_NET_FRAME_EXTENTS"))[2:])
             self.assertLessEqual(abs(2 * at.x + at.width - 1600), 2)
@@ -154,7 +146,7 @@ class Outside(unittest.TestCase):
             for opening, title, closing, in_taskbar in (
                 (VOICES, "Form1", ["alt+F4"], 2),
                 (HELP, "QOR Help", ["alt", "Return"], 1),
-                (ABOUT, "About", ["Tab", "Return"], 1),
+                (ABOUT, "About", ["Return"], 1),
             ):
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 wait_until(lambda: len(taskbar()) == in_taskbar, f"{title} in the taskbar, or not")  # noqa: B023
@@ -162,8 +154,6 @@ class Outside(unittest.TestCase):
                 wait_until(lambda: all(found.get_name() for found in focusable), f"a name for all in {title}")
                 if title == "Form1":
                     run("xdotool", "search", "--name", f"^{title}$", "windowminimize")
-                if title == "About":
-                    program.click("Go To Website")
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 key(*closing)
                 program.become("Vellomir*")
@@ -232,10 +222,8 @@ class Outside(unittest.TestCase):
                 reach()
                 self.file.unlink()
                 program.process.stderr.close()  # who listens goes too
-                if is_display:
-                    run("xdotool", "windowkill", program.window)  # The server hangs up, as a display that is lost.
-                else:
-                    program.process.send_signal(next(signals))
+                # The server hangs up on who owns a window that is killed.
+                run("xdotool", "windowkill", program.window) if is_display else program.process.send_signal(next(signals))
                 self.assertEqual(program.process.wait(20), is_display)
                 self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
 
@@ -276,12 +264,9 @@ class Outside(unittest.TestCase):
             program.click("B 7").click("Make Voice Calls").click("N 33").become("Vellomir", "Run-Time Error*")
             key("Return")
             program.the("Balls Called: 2")
-        starter = self.home / "starter"
-        starter.write_text("#!/bin/sh\necho Autospawn requested but disabled >&2\nexit 1\n")
-        starter.chmod(0o700)
-        os.environ["SPEECHD_CMD"] = str(starter)
+        os.environ["SPEECHD_CMD"] = "ls"  # It does not know the options, and says so.
         with self.start() as program:
-            program.the("Desc: Autospawn requested but disabled\nErr #: 1")
+            program.the(f"Desc: Try '{shutil.which('ls')} --help' for more information.\nErr #: 1")
             program.process.send_signal(SIGTERM)
             self.assertEqual(program.process.wait(60), 0)
 
@@ -289,9 +274,9 @@ class Outside(unittest.TestCase):
     def test_sound(self):
         """Calls sound as another client's texts, to the byte, where each has started the real service."""
         sound, config = self.home / "sound", self.home / "config" / "speech-dispatcher" / "speechd.conf"
-        (self.home / ".asoundrc").write_text(SOUND.format(sound))
+        (self.home / ".asoundrc").write_text(f'pcm.!default {{ type file; slave.pcm null; file "{sound}" }}')
         config.parent.mkdir(parents=True)
-        config.write_text(SPEECHD)
+        config.write_text('AudioOutputMethod "alsa"\nAddModule "espeak-ng" "sd_espeak-ng" "espeak-ng.conf"\n')
         del os.environ["SPEECHD_CMD"], os.environ["SPEECHD_ADDRESS"]
         expected = {}
         for ball, texts in CALLS.items():

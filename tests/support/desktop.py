@@ -1,9 +1,5 @@
 """The real program on the desktop that the environment names, with real keys and a real mouse, and read from outside, as
-a screen reader does: by accessible names. Places are screen pixels.
-
-    program = Program(path)
-    program.click("B 7").the("Balls Called: 1")
-"""
+a screen reader does: by accessible names."""
 
 import contextlib
 import re
@@ -80,7 +76,6 @@ class Program:
         for application in children(Atspi.get_desktop(0)):
             if application and application.get_process_id() == self.process.pid:
                 application.set_cache_mask(Atspi.Cache.NONE)  # Nothing is remembered from one look to the next.
-                application.clear_cache()
                 return application
         return None
 
@@ -89,9 +84,9 @@ class Program:
         return [found for window in children(self.application()) for found in walk(window)]
 
     def find(self, name, role=None):
-        """The last on screen of that name, its state left out (and role, as "push button"), or None."""
+        """The last on screen of that name, whatever its state is (and role, as "push button"), or None."""
         for found in reversed(self.everything()):
-            if name in (found.get_name(), found.get_name().split(", ")[0]) and role in (None, found.get_role_name()):
+            if f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, found.get_role_name()):
                 return found
         return None
 
