@@ -76,9 +76,10 @@ def hold(name):
 class Outside(unittest.TestCase):
     def setUp(self):
         self.home = Path(self.enterContext(tempfile.TemporaryDirectory()))
-        os.environ.update(HOME=str(self.home), AppData=str(self.home / "settings"), XDG_CONFIG_HOME=str(self.home / "config"),
-                          XDG_RUNTIME_DIR=str(self.home), SPEECHD_CMD="/none", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-                          SPEECHD_ADDRESS=f"unix_socket:{self.home}/speech", LC_ALL="C.UTF-8")  # fmt: skip
+        folders = {"HOME": "", "AppData": "settings", "XDG_CONFIG_HOME": "config", "XDG_RUNTIME_DIR": ""}
+        os.environ.update({name: str(self.home / folder) for name, folder in folders.items()}, LC_ALL="C.UTF-8",
+                          SPEECHD_CMD="/none", SPEECHD_ADDRESS=f"unix_socket:{self.home}/speech",
+                          QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")  # fmt: skip
         self.file = self.home / "settings" / PROGRAM.name / f"{PROGRAM.name}.ini"
         self.file.parent.mkdir(parents=True)
         self.file.write_bytes(INI)
@@ -216,15 +217,15 @@ class Outside(unittest.TestCase):
             "sample": lambda: (program.choose(*VOICES).click("German (fake)").click("Listen"), self.heard("SPEAK")),
         }  # fmt: skip
         signals = itertools.cycle([SIGTERM, SIGINT, SIGHUP])
-        for (state, reach), is_display in itertools.product(states.items(), (False, True)):
+        for (state, reach), is_lost in itertools.product(states.items(), (False, True)):
             self.serve("silent")
-            with self.subTest(state, is_display=is_display), self.start() as program:
+            with self.subTest(state, is_lost=is_lost), self.start() as program:
                 reach()
                 self.file.unlink()
                 program.process.stderr.close()  # who listens goes too
-                # The server hangs up on who owns a window that is killed.
-                run("xdotool", "windowkill", program.window) if is_display else program.process.send_signal(next(signals))
-                self.assertEqual(program.process.wait(20), is_display)
+                # The display is lost to who owns a window that is killed.
+                run("xdotool", "windowkill", program.window) if is_lost else program.process.send_signal(next(signals))
+                self.assertEqual(program.process.wait(20), is_lost)
                 self.assertEqual(self.file.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
 
     def test_no_display(self):
@@ -257,18 +258,20 @@ class Outside(unittest.TestCase):
     def test_no_speech(self):
         """Told once at the start, where the program can already be ended; then at each call."""
         self.service.kill()
-        with self.play() as program:
-            program.the("Desc: No speech service is installed.\nErr #: 1")
-            key("Return")
-            program.become("Vellomir*")
-            program.click("B 7").click("Make Voice Calls").click("N 33").become("Vellomir", "Run-Time Error*")
-            key("Return")
-            program.the("Balls Called: 2")
-        os.environ["SPEECHD_CMD"] = "ls"  # It does not know the options, and says so.
-        with self.start() as program:
-            program.the(f"Desc: Try '{shutil.which('ls')} --help' for more information.\nErr #: 1")
-            program.process.send_signal(SIGTERM)
-            self.assertEqual(program.process.wait(60), 0)
+        unknown = f"Try '{shutil.which('ls')} --help' for more information."
+        for starter, reason in ("/none", "No speech service is installed."), ("ls", unknown):
+            os.environ["SPEECHD_CMD"] = starter
+            with self.start() as program:
+                program.the(f"Desc: {reason}\nErr #: 1")
+                program.process.send_signal(SIGTERM)
+                self.assertEqual(program.process.wait(60), 0)
+            with self.play() as program:
+                program.the(f"Desc: {reason}\nErr #: 1")
+                key("Return")
+                program.become("Vellomir*")
+                program.click("B 7").click("Make Voice Calls").click("N 33").become("Vellomir", "Run-Time Error*")
+                key("Return")
+                program.the("Balls Called: 2")
 
     @unittest.skipUnless(shutil.which("spd-say"), "speech-dispatcher is not installed")
     def test_sound(self):

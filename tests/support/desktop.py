@@ -1,5 +1,5 @@
-"""The real program on the desktop that the environment names, with real keys and a real mouse, and read from outside, as
-a screen reader does: by accessible names."""
+"""The real program on the desktop that the environment names, with real keys and a real mouse, and read from outside,
+as a screen reader does: by accessible names."""
 
 import contextlib
 import re
@@ -83,15 +83,13 @@ class Program:
         """All that is on screen, the windows first to last, each followed by what is in it."""
         return [found for window in children(self.application()) for found in walk(window)]
 
-    def find(self, name, role=None):
-        """The last on screen of that name, whatever its state is (and role, as "push button"), or None."""
-        for found in reversed(self.everything()):
-            if f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, found.get_role_name()):
-                return found
-        return None
-
     def the(self, name, role=None):
-        return wait_until(lambda: self.find(name, role), name)
+        """Waits for the last on screen of that name, whatever its state is (and role, as "push button")."""
+
+        def is_meant(found):
+            return f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, found.get_role_name())
+
+        return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
 
     def windows(self):
         """The titles of the windows, the active one marked with a star."""
