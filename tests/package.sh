@@ -12,9 +12,8 @@ if dpkg-query --show vellomir; then
 fi
 
 cmake -S "$source_folder" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELLOMIR_TESTS=OFF
-cmake --build "$build"
 rm -f "$build"/*.deb
-(cd "$build" && cpack)
+cmake --build "$build" --target package
 package=$(echo "$build"/*.deb)
 
 lintian --allow-root --fail-on error,warning "$package"
