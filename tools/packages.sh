@@ -86,12 +86,8 @@ packages_wine=(
     xauth # xvfb-run asks for it
 )
 
-# tests/screen_reader.py: the screen reader whose words it compares.
+# tests/outside.py: the screen reader whose words it compares.
 packages_screen_reader=(
     orca
-    xvfb
-    openbox
-    xdotool
-    dbus-daemon
     procps
 )

@@ -1,9 +1,5 @@
-"""The real program on the desktop that the environment names, with real keys and a real mouse, and read from outside, as
-a screen reader does: by accessible names. Places are screen pixels.
-
-    program = Program(path)
-    program.click("B 7").the("Balls Called: 1")
-"""
+"""The real program on the desktop that the environment names, with real keys and a real mouse, and read from outside,
+as a screen reader does: by accessible names."""
 
 import contextlib
 import re
@@ -18,7 +14,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 PATIENCE = 60  # seconds until something that was waited for counts as missing
 
 
-def wait_until(condition, what="what was waited for"):
+def wait_until(condition, what):
     end = time.monotonic() + PATIENCE
     while time.monotonic() < end:
         with contextlib.suppress(GLib.Error):  # The accessible went away while it was read.
@@ -38,10 +34,6 @@ def key(*keys):
     run("xdotool", "key", "--clearmodifiers", *keys)
 
 
-def double_click(x, y):
-    run("xdotool", "mousemove", x, y, "click", "--repeat", 2, "--delay", 80, 1)
-
-
 def manage_windows():
     """Starts the window manager of the display, with which it ends."""
     subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
@@ -58,19 +50,23 @@ def taskbar():
 class Program:
     """The program from its first window to its end. `command` may begin with others that run it in their place."""
 
-    def __init__(self, *command, title="Vellomir", **environment):
-        self.process = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, restore_signals=False, **environment)
-        self.title = title
-        try:
-            wait_until(self.activate, f"the window {title}")
-        except BaseException:
-            self.__exit__()
-            raise
+    def __init__(self, *command):
+        self.process = subprocess.Popen(command, stderr=subprocess.PIPE, text=True, restore_signals=False)
+
+    def __enter__(self):
+        wait_until(self.activate, "the first window")
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        self.process.stderr.close()
 
     def activate(self):
         """Brings the window to the front that the program begins with."""
         assert self.process.poll() is None, f"ended with {self.process.returncode}: {self.process.stderr.read()}"
-        found = self.application() and run("xdotool", "search", "--onlyvisible", "--name", f"^{self.title}$").split()
+        titles = "^(Vellomir|Run-Time Error)$"
+        found = self.application() and run("xdotool", "search", "--onlyvisible", "--name", titles).split()
         if found:
             self.window = found[0]
             run("xdotool", "windowactivate", "--sync", self.window)
@@ -80,26 +76,20 @@ class Program:
         for application in children(Atspi.get_desktop(0)):
             if application and application.get_process_id() == self.process.pid:
                 application.set_cache_mask(Atspi.Cache.NONE)  # Nothing is remembered from one look to the next.
-                application.clear_cache()
                 return application
         return None
 
     def everything(self):
-        """All accessibles that are on screen, the windows first to last, each followed by what is in it."""
-        return [found for found in walk(self.application()) if has(found, "SHOWING")]
-
-    def find(self, name, role=None):
-        """The accessible on screen of that name, its state left out (and role, as "push button"), or None."""
-        for found in self.everything():
-            if name in (found.get_name(), found.get_name().split(", ")[0]) and role in (None, found.get_role_name()):
-                return found
-        return None
+        """All that is on screen, the windows first to last, each followed by what is in it."""
+        return [found for window in children(self.application()) for found in walk(window)]
 
     def the(self, name, role=None):
-        return wait_until(lambda: self.find(name, role), name)
+        """Waits for the last on screen of that name, whatever its state is (and role, as "push button")."""
 
-    def text(self, name):
-        return Atspi.Text.get_text(self.the(name), 0, -1)
+        def is_meant(found):
+            return f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, found.get_role_name())
+
+        return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
 
     def windows(self):
         """The titles of the windows, the active one marked with a star."""
@@ -108,13 +98,10 @@ class Program:
     def become(self, *windows):
         wait_until(lambda: self.windows() == list(windows), f"the windows {windows}")
 
-    def place(self, name, role=None):
-        extents = Atspi.Component.get_extents(self.the(name, role), Atspi.CoordType.SCREEN)
-        return extents.x, extents.y, extents.width, extents.height
-
-    def click(self, name, role=None):
-        x, y, width, height = self.place(name, role)
-        run("xdotool", "mousemove", x + width // 2, y + height // 2, "click", 1)
+    def click(self, name, role=None, times=1):
+        at = self.the(name, role).get_extents(Atspi.CoordType.SCREEN)
+        middle = at.x + at.width // 2, at.y + at.height // 2
+        run("xdotool", "mousemove", *middle, "click", "--repeat", times, "--delay", 80, 1)
         return self
 
     def type(self, text, delay=12):
@@ -128,23 +115,11 @@ class Program:
         return self
 
     def close(self):
-        """Closes the window as its close button does, and waits for the end."""
+        """Closes the window as its close button does; answers the exit code and what was said on standard error."""
         self.activate()
         key("alt+F4")
-        return self.end()
-
-    def end(self):
-        """Waits for the end; answers the exit code and what was said on standard error."""
         said = self.process.communicate(timeout=PATIENCE)[1]
         return self.process.returncode, said
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.process.kill()
-        self.process.wait()
-        self.process.stderr.close()
 
 
 def children(accessible):
@@ -152,14 +127,13 @@ def children(accessible):
 
 
 def walk(accessible):
-    if accessible is not None:
-        yield accessible
-        with contextlib.suppress(GLib.Error):  # It went away while it was read.
+    """What is on screen of it: itself, and all that is in it."""
+    with contextlib.suppress(GLib.Error):  # It went away while it was read.
+        if accessible and has(accessible, "SHOWING"):
+            yield accessible
             for child in children(accessible):
                 yield from walk(child)
 
 
 def has(accessible, state):
-    with contextlib.suppress(GLib.Error):
-        return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
-    return False
+    return accessible.get_state_set().contains(getattr(Atspi.StateType, state))
