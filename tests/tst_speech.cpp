@@ -200,7 +200,7 @@ private:
     {
         cleanup();
         QFile::remove(m_folder.filePath("s"));
-        m_service.start(PYTHON, {FAKE_SPEECHD, m_folder.filePath("s"), mood});
+        m_service.start(PYTHON, {FAKE_SPEECHD, m_folder.filePath("s"), mood, "normal"});
         QTRY_VERIFY_WITH_TIMEOUT(received().contains("listening"), 60'000);
     }
     /// The lines that the service heard, with "|" behind each.

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD. Prints "listening", then every line that it hears.
-MOOD is what becomes of its first client's texts: normal (begun and ended), early (both before the text's own answer),
-cancelled, refused, silent (taken, then nothing), dropped (with the connection); or there are novoices, or it is mute.
-All other clients find it normal."""
+"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD... Prints "listening", then every line that it hears.
+Each client meets the next of the moods, and then the last one. MOOD is what becomes of a text: normal (begun and ended),
+early (both before its own answer), cancelled, refused, silent (taken, then nothing), dropped (with the connection); or
+novoices, or mute."""
 
 import contextlib
 import itertools
@@ -31,7 +31,7 @@ class Client(socketserver.StreamRequestHandler):
         return line
 
     def handle(self):
-        mood = moods.pop() if moods else "normal"
+        mood = moods.pop(0) if moods[1:] else moods[0]
         answers = ANSWERS | REFUSALS.get(mood, {})
         while command := self.heard():
             if mood != "mute":
