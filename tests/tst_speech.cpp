@@ -16,28 +16,28 @@ namespace {
 /// (x); t9 are nine pings' times; ~ is a while in which all that can happen happens; - ends the voice. In the
 /// log a point stands behind what is signalled from inside the service.
 const std::pair<const char *, const char *> queue[] = {
-    {"+one + +_ +4,8 ~ b e ~ e e ~", "> one -1 0|known|.|end 1|end 2|end 3|> 4, 8 -1 0|.|.|end 4"},
-    {"+default r10 v2 +chosen r-99 v3 +lost v0 +changed ~ e ~ e ~ e ~ v3 v-1",
-     "> default -1 0|known|.|end 1|> chosen 2 10|.|end 2|failed 5|> changed 0 -10|.|end 4|thrown|thrown"},
-    {"+one +two ~ f f ~ x +thrown x +anew ~ e ~ f +again ~",
-     "> one -1 0|known|.|.|failed 2|thrown|> anew -1 0|known|.|end 3|.|> again -1 0|known"},
-    {"+one =two +three ~ e ~ e ~",
-     "known|waits for one -1 0|.|end 1|waits for two -1 0|.|end 2|waits for three -1 0|back"},
-    {"+one =two ~ f ~", "known|waits for one -1 0|.|failed 2|back"},
-    {"v3 =lost ~", "known|failed 5|back"},
-    {"=cut ~ -", "known|waits for cut -1 0|back"},
+    {"+a + +_ +4,8 ~ b e ~ e e ~", "> a|known|.|end 1|end 2|end 3|> 4, 8|.|.|end 4"},
+    {"+a r10 v2 +b r-99 v3 +lost v0 +c ~ e ~ e ~ e ~ v3 v-1",
+     "> a|known|.|end 1|> b 2 10|.|end 2|failed 5|> c 0 -10|.|end 4|thrown|thrown"},
+    {"+a +b ~ f f ~ x +c x +d ~ e ~ f +e ~", "> a|known|.|.|failed 2|thrown|> d|known|.|end 3|.|> e|known"},
+    {"+a =b +c ~ e ~ e ~", "known|waits for a|.|end 1|waits for b|.|end 2|waits for c|back"},
+    {"+a =b ~ f ~", "known|waits for a|.|failed 2|back"},
+    {"v3 =a ~", "known|failed 5|back"},
+    {"=a ~ -", "known|waits for a|back"},
     // One that is alive has all its time. Who is idle is left alone.
-    {"+one t9 ~ t14 b t7 e ~ t99 +two ~ t15 ~ +lost t10 ~ +four ~ b t9 ~ +five ~",
-     "> one -1 0|known|.|end 1|> two -1 0|failed 3|failed 3|> four -1 0|known|failed 3|> five -1 0|known"},
+    {"+a t9 ~ t14 b t5 e ~ t99 +b ~ t15 ~", "> a|known|.|end 1|> b|failed 3"},
+    {"+a t10 ~ +b ~ b t6 ~ +c ~", "failed 3|> b|known|failed 3|> c|known"},
     // One that is dead is given up at the third ping's time.
-    {"d +one t2 ~ t2 b t2 e ~ t3 +two ~ t3 ~ +lost t3 ~ +four ~ b t3 ~",
-     "> one -1 0|known|.|end 1|> two -1 0|failed 3|failed 3|> four -1 0|known|failed 3"},
+    {"d +a t2 ~ t2 b t2 e ~ t3 +b ~ t3 ~ +c t3 ~", "> a|known|.|end 1|> b|failed 3|failed 3"},
 };
 
-/// Two texts of which the service makes that; where it failed, a third one finds it normal.
+/// What the service makes of two texts. A third one finds it normal where it failed.
 const std::pair<const char *, const char *> moods[] = {
-    {"early", "known|end 1|end 2"}, {"cancelled", "known|end 1|end 2"}, {"refused", "known|failed 402"},
-    {"dropped", "known|failed 2"},  {"novoices", "failed 4"},           {"mute", "failed 3"},
+    {"cancelled", "known|end 1|end 2"},
+    {"refused", "known|failed 402"},
+    {"dropped", "known|failed 2"},
+    {"novoices", "failed 4"},
+    {"mute", "failed 3"},
 };
 
 } // namespace
@@ -73,8 +73,7 @@ private Q_SLOTS:
 
     void languages()
     {
-        const QStringList tags =
-            QString("bpy en-029 en-GB en-US fr-BE fr-FR pt PT_br pt-AO de es-419").split(' ');
+        const QStringList tags = QString("en-029 en-GB en-US fr-BE fr-FR pt PT_br de es-419").split(' ');
         QString found;
         for (const char *user : {"pt_BR", "de_AT", "fi_FI", "C", "fr_CA", "en_NZ", "pt_PT", "es"})
             found += tags.value(bestLanguage(tags, QLocale(user)).value_or(-1), "none") + ' ';
@@ -86,17 +85,14 @@ private Q_SLOTS:
     void inAllMoods()
     {
         for (const auto &[mood, log] : moods) {
-            const bool isMute = mood == QString("mute"), ends = QString(log).contains("end");
             startService(mood);
             const QDeadlineTimer patience(3000);
             open(makeSystemEngine);
-            play(isMute ? "+one +lost ~ t3" : "+one +lost");
+            play(mood == QString("mute") ? "+a +b ~ t3" : "+a +b");
             QVERIFY(!patience.hasExpired()); // Nothing waits for the service, least of all when it is mute.
-            QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), log, 60'000);
-            play("+after");
-            QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), log + QString(ends ? "|end 3" : "|known|end 3"),
-                                      60'000);
-            QCOMPARE(received().contains("|lost|"), ends);
+            QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), log, 30'000);
+            play("+c");
+            QTRY_VERIFY_WITH_TIMEOUT(m_log.endsWith("end 3"), 30'000);
         }
     }
 
@@ -112,11 +108,10 @@ private Q_SLOTS:
             return engine;
         });
         play("+Gee,_48 +Gee,_4_,8 v2 r-7 +.5\nl\u00e4\r\n.");
-        QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), "known|end 1|alive|end 2|end 3", 60'000);
-        QCOMPARE(m_voice->GetVoices().mid(2, 4).join('|'),
-                 "English (America) (other)|French (France) (other)|German (fake)|Bass++ (fake)");
+        QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), "known|end 1|alive|end 2|end 3", 30'000);
+        QCOMPARE(m_voice->GetVoices().mid(3, 2).join('|'), "French (France) (other)|German (fake)");
         m_voice.reset();
-        QTRY_VERIFY(received().contains("|QUIT|"));
+        QTRY_VERIFY_WITH_TIMEOUT(received().contains("|QUIT|"), 30'000);
         QCOMPARE(received().replace(QRegularExpression("NAME \\w+:"), "NAME LOGIN:"),
                  "listening|SET SELF CLIENT_NAME LOGIN:vellomir:main|SET SELF PRIORITY message|"
                  "SET SELF NOTIFICATION ALL on|SET SELF PUNCTUATION none|SET SELF CAP_LET_RECOGN none|"
@@ -130,15 +125,14 @@ private Q_SLOTS:
     /// Where nobody answers, the service is to be started; where it can be neither, there is none.
     void cannotStart()
     {
-        for (const QByteArray &address :
-             {QByteArray(), QByteArray("inet_socket:::1:1"), qgetenv("SPEECHD_ADDRESS")}) {
+        for (const char *address : {"", "inet_socket:::1:1", "unix_socket:/none"}) {
             qputenv("SPEECHD_ADDRESS", address);
             QVERIFY_THROWS_EXCEPTION(files::Error, makeSystemEngine());
         }
         qputenv("SPEECHD_CMD", "false");
         open(makeSystemEngine);
         play("+one");
-        QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), "failed 1", 60'000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), "failed 1", 30'000);
     }
 
 private:
@@ -172,7 +166,7 @@ private:
         cleanup();
         QFile::remove(m_folder.filePath("s"));
         m_service.start(PYTHON, {FAKE_SPEECHD, m_folder.filePath("s"), mood, "normal"});
-        QTRY_VERIFY_WITH_TIMEOUT(received().contains("listening"), 60'000);
+        QTRY_VERIFY_WITH_TIMEOUT(received().contains("listening"), 30'000);
     }
     /// The lines that the service heard, with "|" behind each.
     QString received() { return QString::fromUtf8(m_service.peek(9999)).replace('\n', '|'); }
@@ -203,7 +197,8 @@ private:
              for (int i = 0; i < 50; ++i) {
                  QCoreApplication::processEvents();
                  while (!m_fake.spoken.isEmpty())
-                     m_log += (SpVoice::isWaiting() ? "waits for " : "> ") + m_fake.spoken.takeFirst();
+                     m_log += (SpVoice::isWaiting() ? "waits for " : "> ") +
+                              m_fake.spoken.takeFirst().remove(" -1 0");
              }
          }},
         {'-', [this](const QString &) { m_voice.reset(); }},

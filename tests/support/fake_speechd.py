@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD... Prints "listening", then every line that it hears.
-Each client meets the next of the moods, and then the last one. MOOD is what becomes of a text: normal (begun and ended),
-early (both before its own answer), cancelled, refused, silent (taken, then nothing), dropped (with the connection); or
-novoices, or mute."""
+Each client meets the next of the moods, or else the last one. MOOD is what becomes of a text: normal (begun and ended),
+cancelled (even before its own answer), refused, silent (taken, then nothing), dropped (with the connection); or there
+are novoices, or it is mute."""
 
 import contextlib
 import itertools
@@ -15,7 +15,7 @@ ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "fake"), "GET OUTPUT_M
            "GET LANGUAGE": (251, "en-US"), "HISTORY GET": (245, "1"), "LIST SYNTHESIS_VOICES": (249, *VOICES),
            "SPEAK": (230,)}  # fmt: skip
 REFUSALS = {"refused": {"SPEAK": (402,)}, "novoices": {"LIST SYNTHESIS_VOICES": (304,)}}
-AFTER_TEXT = {"early": (701, 702, 225), "cancelled": (225, 701, 703), "silent": (225,), "dropped": ()}
+AFTER_TEXT = {"cancelled": (701, 703, 225), "silent": (225,), "dropped": ()}
 path, *moods = sys.argv[1:]
 numbers = itertools.count(1)
 
