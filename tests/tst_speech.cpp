@@ -132,7 +132,7 @@ private Q_SLOTS:
         }
         qputenv("SPEECHD_CMD", "false");
         open(makeSystemEngine);
-        play("+one");
+        play("+a ~ t9");
         QTRY_COMPARE_WITH_TIMEOUT(m_log.join('|'), "failed 1", 30'000);
     }
 
