@@ -47,5 +47,6 @@ class Client(socketserver.StreamRequestHandler):
 
 
 with socketserver.ThreadingUnixStreamServer(path, Client) as service:
+    service.handle_error = lambda *_: None  # The client is gone.
     print("listening", flush=True)
     service.serve_forever()
