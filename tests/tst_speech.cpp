@@ -33,13 +33,11 @@ const std::pair<const char *, const char *> queue[] = {
 };
 
 /// What the service makes of two texts. A third one finds it normal where it failed.
-const std::pair<const char *, const char *> moods[] = {
-    {"cancelled", "known|end 1|end 2"},
-    {"refused", "known|failed 402"},
-    {"dropped", "known|failed 2"},
-    {"novoices", "failed 4"},
-    {"mute", "failed 3"},
-};
+const std::pair<const char *, const char *> moods[] = {{"cancelled", "known|end 1|end 2"},
+                                                       {"refused", "known|failed 402"},
+                                                       {"dropped", "known|failed 2"},
+                                                       {"novoices", "failed 4"},
+                                                       {"mute", "failed 3"}};
 
 } // namespace
 
