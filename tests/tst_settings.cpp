@@ -9,8 +9,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fstream>
+
 #include <sys/stat.h>
-#include <unistd.h>
+
+using namespace mod_ini_Stuff;
 
 class TestSettings : public QObject
 {
@@ -19,57 +22,36 @@ class TestSettings : public QObject
 private Q_SLOTS:
     void init() { QFile::remove(path); }
 
-    /// Each row reads FontSz of Options ("-": it is not there), then sets it to 40.
+    /// Each row reads Ky of section O ("-": it is not there), then sets it to 4.
     void profiles()
     {
         const std::array<QByteArray, 3> rows[] = {
-            {"", "-", "[Options]\r\nFontSz=40\r\n"},
-            {" [ oPTIONS ] \n\tfONTsZ\t=  33 \t\r\n", "33", " [ oPTIONS ] \n\tfONTsZ\t=  40 \t\r\n"},
-            {"[Options]\nFontSz=\nB=2", "", "[Options]\nFontSz=40\nB=2"},
-            {"[Options]\nFontSz=\" 33'\"\n", " 33'", "[Options]\nFontSz=40\n"},
-            {"[Options]\nFontSz='33\"\n", "'33\"", "[Options]\nFontSz=40\n"},
-            {"[Options]\nFontSz=\"\n", "\"", "[Options]\nFontSz=40\n"},
-            {"[Options]\nFontSz=a=b;c\n", "a=b;c", "[Options]\nFontSz=40\n"},
-            {"[Options]\n ;FontSz=1\n;[Options]\nFontSz=2", "2",
-             "[Options]\n ;FontSz=1\n;[Options]\nFontSz=40"},
-            {"FontSz=1\n[Options]\nX=2\n[B]\nFontSz=3\n", "-",
-             "FontSz=1\n[Options]\nX=2\nFontSz=40\n[B]\nFontSz=3\n"},
-            {"[Options]\nFontSz=1\nFontSz=2\n[Options]\nFontSz=3", "1",
-             "[Options]\nFontSz=40\nFontSz=2\n[Options]\nFontSz=3"},
-            {"[Options]\n[Options]\nFontSz=3\n", "-", "[Options]\nFontSz=40\n[Options]\nFontSz=3\n"},
-            {"[Options2]\nFontSz=1\n[Options]\nFontSz2=2\nFont=3\n", "-",
-             "[Options2]\nFontSz=1\n[Options]\nFontSz2=2\nFont=3\nFontSz=40\n"},
-            {"[Options]\r\nX=1\r\n\r\n \r\n[B]\r\n", "-",
-             "[Options]\r\nX=1\r\nFontSz=40\r\n\r\n \r\n[B]\r\n"},
-            {"\n[Options]\nX=1", "-", "\n[Options]\nX=1\nFontSz=40"},
-            {"[A]\nX=1\n\n ", "-", "[A]\nX=1\n\n \n[Options]\nFontSz=40"},
-            {"[Options\n[Options]\n[B\nFontSz=1\n", "1", "[Options\n[Options]\n[B\nFontSz=40\n"},
-            {"\xEF\xBB\xBF[Options]\nFontSz=33\n", "33", "\xEF\xBB\xBF[Options]\nFontSz=40\n"},
-            {"\xEF\xBB\xBF", "-", "\xEF\xBB\xBF[Options]\r\nFontSz=40\r\n"},
-        };
+            {"\xEF\xBB\xBF", "-", "\xEF\xBB\xBF[O]\r\nKy=4\r\n"},
+            {"\xEF\xBB\xBF [ o ] \n\tkY\t= ' 3\"' \r\n", " 3\"", "\xEF\xBB\xBF [ o ] \n\tkY\t= 4 \r\n"},
+            {"Ky=1\n[O]\n ;Ky=1\n;[O]\nKy='a=b;c\"", "'a=b;c\"", "Ky=1\n[O]\n ;Ky=1\n;[O]\nKy=4"},
+            {"[O\n[O]\n[B\nKy=\"\nKy=2\n[O]\nKy=3", "\"", "[O\n[O]\n[B\nKy=4\nKy=2\n[O]\nKy=3"},
+            {"[O2]\nKy=1\n[O]\nKy2=2\nK=2\n[O]\nKy=3", "-", "[O2]\nKy=1\n[O]\nKy2=2\nK=2\nKy=4\n[O]\nKy=3"},
+            {"[O]\r\nX=1\r\n\r\n \r\n[B]\r\n", "-", "[O]\r\nX=1\r\nKy=4\r\n\r\n \r\n[B]\r\n"},
+            {"\n[O]\nX=1", "-", "\n[O]\nX=1\nKy=4"},
+            {"[A]\nX=1\n\n ", "-", "[A]\nX=1\n\n \n[O]\nKy=4"}};
         for (const auto &[before, value, after] : rows) {
-            QCOMPARE(files::findValue(before, "Options", "FontSz").value_or("-"), value);
-            QCOMPARE(files::withValue(before, "Options", "FontSz", "40"), after);
+            QCOMPARE(files::findValue(before, "O", "Ky").value_or("-"), value);
+            QCOMPARE(files::withValue(before, "O", "Ky", "4"), after);
         }
     }
 
     void runs()
     {
-        QCOMPARE(read(), "33");
-        QVERIFY(write("") && write("18", "AutoCallTm"));
-        QCOMPARE(bytesOf(path), QByteArray("[Options]\r\nFontSz=\r\nAutoCallTm=18\r\n"));
-        QVERIFY(read() == "33" && read("AutoCallTm") == "18"); // an empty value counts as none
-        QVERIFY(write(" \"é€😀\" "));
-        QCOMPARE(read(), " \"é€😀\" ");
-        QVERIFY(write("1\r\n[Options]\nAutoCallTm=9\n"));
-        QVERIFY(read() == "1  [Options] AutoCallTm=9 " && read("AutoCallTm") == "18");
-        QVERIFY(write(QString(3000, QChar(0xE9))));
-        QVERIFY(!write(QString(2'000'000, 'x')));
+        QVERIFY(read() == "33" && write("") && WriteIni(path, "O", "X", "18"));
+        QCOMPARE(files::readTextFile(path), "[O]\r\nKy=\r\nX=18\r\n");
+        QCOMPARE(read() + read("X"), "3318"); // an empty value counts as none
+        QVERIFY(write(" \"é€😀\r\n[O]\nX=9\" "));
+        QCOMPARE(read() + read("X"), " \"é€😀  [O] X=9\" 18");
+        QVERIFY(write(QString(3000, QChar(0xE9))) && !write(QString(2'000'000, 'x')));
         QCOMPARE(read(), QString(2047, QChar(0xE9)));
-        const QByteArray noText = "[Options]\nFontSz=\"\xFF\x81 33\"\n";
-        setBytes(path, noText);
+        std::ofstream(qPrintable(path)) << "[O]\nKy=\"\xFF\x81 33\"\n"; // no text
         QVERIFY(write(read()));
-        QCOMPARE(bytesOf(path), noText);
+        QCOMPARE(files::readBytes(path, 99), "[O]\nKy=\"\xFF\x81 33\"\n");
     }
 
     /// A save is seen whole or not at all: who has the file open keeps the old one. Links and permissions
@@ -77,20 +59,15 @@ private Q_SLOTS:
     void replaced()
     {
         const QString target = folder.filePath("target.ini");
-        const QByteArray before = "[Options]\nFontSz=33\n";
-        setBytes(target, before);
-        QCOMPARE(chmod(qPrintable(target), 0640), 0);
-        QCOMPARE(symlink("target.ini", qPrintable(path)), 0);
+        std::ofstream(qPrintable(target)) << "[O]\nKy=33\n";
+        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+        const auto permissions = QFile::permissions(target);
         QFile reader(target);
-        QVERIFY(reader.open(QIODevice::ReadOnly) && write("40"));
-        QCOMPARE(reader.readAll(), before);
-        QCOMPARE(bytesOf(target), QByteArray("[Options]\nFontSz=40\n"));
-        QCOMPARE(QFile::permissions(target) & 0x7077,
-                 QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
-        QVERIFY(QFile::remove(target));
-        QVERIFY(write("41")); // through a link to nothing
-        QVERIFY(QFileInfo(path).isSymLink() && QFileInfo(target).isFile());
-        QVERIFY(QFile::remove(target));
+        QVERIFY(QFile::link("target.ini", path) && reader.open(QIODevice::ReadOnly) && write("40"));
+        QCOMPARE(reader.readAll() + *files::readBytes(target, 99), "[O]\nKy=33\n[O]\nKy=40\n");
+        QCOMPARE(QFile::permissions(target), permissions);
+        QVERIFY(QFile::remove(target) && write("41")); // through a link to nothing
+        QVERIFY(QFileInfo(path).isSymLink() && QFile::remove(target));
         QCOMPARE(mkfifo(qPrintable(target), 0600), 0); // a pipe would never answer
         QVERIFY(read() == "33" && !write("40") && !files::readTextFile(target));
         QVERIFY(!files::readTextFile(folder.path()) && !files::readTextFile("/proc/self/mem"));
@@ -99,39 +76,20 @@ private Q_SLOTS:
     void texts()
     {
         const std::pair<QByteArray, QString> rows[] = {
-            {"caf\xC3\xA9 \xE2\x82\xAC", "café €"},
             {"\xEF\xBB\xBF\xC3\xA9", "é"},
             {QByteArray("\xFF\xFE\xE9\x00\xAC\x20", 6), "é€"},
             {QByteArray("\xFE\xFF\x00\xE9\x20\xAC", 6), "é€"},
             {"caf\xE9 \x80 \x93quoted\x94 \xFF", "café € “quoted” ÿ"},
-        };
+            {"xy" + QByteArray("€\n").repeated(1'000'000), "xy" + QString("€\n").repeated(1'000'000)}};
         for (const auto &[bytes, text] : rows) {
-            setBytes(path, bytes);
-            QCOMPARE(files::readTextFile(path).value_or("none"), text);
+            std::ofstream(qPrintable(path)) << bytes.toStdString();
+            QCOMPARE(files::readTextFile(path), text);
         }
-        setBytes(path, "xy" + QByteArray("€\n").repeated(1'000'000)); // megabytes, unchanged
-        QCOMPARE(files::readTextFile(path).value_or("none"), "xy" + QString("€\n").repeated(1'000'000));
     }
 
 private:
-    QString read(const QString &key = "FontSz") const
-    {
-        return mod_ini_Stuff::ReadIni(path, "Options", key, "33");
-    }
-    bool write(const QString &value, const QString &key = "FontSz") const
-    {
-        return mod_ini_Stuff::WriteIni(path, "Options", key, value);
-    }
-    static QByteArray bytesOf(const QString &name)
-    {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-    }
-    static void setBytes(const QString &name, const QByteArray &content)
-    {
-        QFile file(name);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    }
+    QString read(const QString &key = "Ky") { return ReadIni(path, "O", key, "33"); }
+    bool write(const QString &value) { return WriteIni(path, "O", "Ky", value); }
 
     QTemporaryDir folder;
     const QString path = folder.filePath("Vellomir.ini");

@@ -11,30 +11,19 @@ struct FakeSpeech
 {
     struct Engine : speech::SpEngine
     {
-        explicit Engine(FakeSpeech &owner)
-            : service(owner)
-        {
-        }
-        void open() override
-        {
-            if (service.opens)
-                Q_EMIT opened({"Ann", "Bob", "Cid"});
-        }
+        void open() override { Q_EMIT opened({"Ann", "Bob", "Cid"}); }
         void speak(const speech::SpText &text) override
         {
-            service.spoken += QString("%1 %2 %3").arg(text.text).arg(text.voice.value_or(-1)).arg(text.rate);
-            if (service.speaksByItself) {
-                QTimer::singleShot(0, this, &Engine::begun);
+            service->spoken += QString("%1 %2 %3").arg(text.text).arg(text.voice.value_or(-1)).arg(text.rate);
+            if (service->speaksByItself)
                 QTimer::singleShot(0, this, &Engine::ended);
-            }
         }
         void ping() override
         {
-            ++service.pings;
-            if (service.isAlive)
+            if (service->isAlive)
                 Q_EMIT alive();
         }
-        FakeSpeech &service;
+        FakeSpeech *service = nullptr;
     };
 
     speech::SpEngineFactory factory()
@@ -42,16 +31,15 @@ struct FakeSpeech
         return [this]() -> std::unique_ptr<speech::SpEngine> {
             if (!isInstalled)
                 throw files::Error(speech::SpNotInstalled, "No speech service is installed.");
-            engine = new Engine(*this);
+            engine = new Engine;
+            engine->service = this;
             return std::unique_ptr<speech::SpEngine>(engine);
         };
     }
 
     bool isInstalled = true;
-    bool opens = true;          ///< false: open() is never answered
     bool isAlive = true;        ///< false: ping() is never answered
     bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
     QStringList spoken{};       ///< "text voice rate" of each
-    int pings = 0;
-    QPointer<Engine> engine{}; ///< the last one made
+    QPointer<Engine> engine{};  ///< the last one made
 };

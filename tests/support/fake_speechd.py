@@ -1,60 +1,51 @@
 #!/usr/bin/env python3
-"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD. Prints "listening", then every line that it hears.
-MOOD is what becomes of a text: normal (begun and ended), early (both before its own answer), cancelled, refused,
-silent (taken, then nothing), dropped (the connection), stuck (nothing is answered any more); or novoices, or mute."""
+"""A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD... Prints "listening", then every line that it hears.
+Each client meets the next of the moods, or else the last one. MOOD is what becomes of a text: normal (begun and ended),
+cancelled (even before its own answer), refused, silent (taken, then nothing), dropped (with the connection); or there
+are novoices, or it is mute."""
 
 import contextlib
-import socket
+import itertools
 import socketserver
 import sys
-import threading
 
-VOICES = ["German\tde\tnone", "Bass++\tde\tnone", "English (America)\ten-US\tnone", "English (America)+Annie\ten-US\tAnnie",
-          "French (France)\tfr-FR\tnone"]  # fmt: skip
-ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "fake"), "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"),
-           "GET LANGUAGE": (251, "en-US"), "HISTORY GET CLIENT_ID": (245, "1")}
-path, mood = sys.argv[1:]
-numbers = iter(range(1, 1_000_000))
+VOICES = ["German\tde\tnone", "Bass++\tde\tnone", "English (America)\ten-US\tnone",
+          "English (America)+Annie\ten-US\tAnnie", "French (France)\tfr-FR\tnone"]  # fmt: skip
+ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "fake"), "LIST SYNTHESIS_VOICES": (249, *VOICES),
+           "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"), "GET LANGUAGE": (251, "en-US"),
+           "HISTORY GET": (245, "1"), "SPEAK": (230,)}  # fmt: skip
+REFUSALS = {"refused": {"SPEAK": (402,)}, "novoices": {"LIST SYNTHESIS_VOICES": (304,)}}
+AFTER_TEXT = {"cancelled": (701, 703, 225), "silent": (225,), "dropped": ()}
+path, *moods = sys.argv[1:]
+numbers = itertools.count(1)
 
 
 class Client(socketserver.StreamRequestHandler):
     def answer(self, code, *lines):
         with contextlib.suppress(OSError):  # The client may be gone, and still be heard.
-            self.wfile.write("".join(f"{code}-{line}\r\n" for line in lines).encode() + f"{code} OK\r\n".encode())
+            self.wfile.write("".join(f"{code}-{line}\r\n" for line in lines).encode() + b"%d OK\r\n" % code)
 
     def heard(self):
         line = self.rfile.readline().decode().removesuffix("\r\n")
-        print(line or "", end="\n" if line else "", flush=True)
+        print(line, end="\n" if line else "", flush=True)
         return line
 
     def handle(self):
-        if mood == "mute":
-            threading.Event().wait()
-        while command := self.heard().upper():
-            if command == "SPEAK" and mood == "refused":
-                self.answer(402)
-            elif command == "SPEAK":
-                self.answer(230)
-                self.take_text()
-            elif command.startswith("LIST SYNTHESIS_VOICES"):
-                self.answer(249, *([] if mood == "novoices" else VOICES))
-            else:
-                self.answer(*ANSWERS.get(command, (200,)))
-
-    def take_text(self):
-        while self.heard() not in (".", ""):
-            pass
-        if mood == "dropped":
-            self.connection.shutdown(socket.SHUT_RDWR)
-        if mood in ("dropped", "stuck"):
-            threading.Event().wait()
-        number = next(numbers)
-        answers = [(225, number), (701, number, 1), (703 if mood == "cancelled" else 702, number, 1)]
-        for answer in answers[: 1 if mood == "silent" else 3] if mood != "early" else answers[1:] + answers[:1]:
-            self.answer(*answer)
+        mood = moods.pop(0) if moods[1:] else moods[0]
+        answers = ANSWERS | REFUSALS.get(mood, {})
+        while command := self.heard():
+            if mood != "mute":
+                self.answer(*answers.get(" ".join(command.split()[:2]), (200,)))
+            if command == "SPEAK" and mood != "refused":
+                while self.heard() not in (".", ""):
+                    pass
+                number = next(numbers)
+                for code in AFTER_TEXT.get(mood, (225, 701, 702)):
+                    self.answer(code, number, 1)
+                if mood == "dropped":
+                    break
 
 
-socketserver.ThreadingUnixStreamServer.daemon_threads = True
 with socketserver.ThreadingUnixStreamServer(path, Client) as service:
     service.handle_error = lambda *_: None  # The client is gone.
     print("listening", flush=True)
