@@ -24,14 +24,17 @@ private Q_SLOTS:
     }
 
 private:
-    /// Every event is begun by a timer of its own, so that they go on while a box is open.
+    /// Every event is begun by a timer of its own, so that they go on while a box is open or a sample plays.
     void next(Room &room)
     {
-        if (room.window)
-            check(room);
-        if (!room.window || m_left-- <= 0)
+        if (!room.window || m_left <= 0)
             return;
         QTimer::singleShot(0, &room, [&] { next(room); });
+        if (m_isPlaying && !QApplication::activeModalWidget() && !speech::SpVoice::isWaiting())
+            return; // A button is pressed, and not released yet.
+        check(room);
+        --m_left;
+        const QScopedValueRollback playing(m_isPlaying, true);
         playOne(room);
     }
 
@@ -61,16 +64,16 @@ private:
     {
         demand(!room.boxes.contains("a box over a box"), "a box covers a box");
         const int count = room.find<QLabel>("lblCallCnt")->text().section(' ', -1).toInt();
+        const auto shown =
+            QString(room.textOf("RTB3") + ' ' + room.textOf("RTB4")).split(' ', Qt::SkipEmptyParts);
         if (count < m_calls.size()) // cleared
             m_calls.clear();
         if (count > m_calls.size()) {
-            m_calls.prepend(room.textOf("RTB3"));
+            m_calls = shown.mid(0, count - m_calls.size()) + m_calls;
             const QImage picture = room.window->grab().toImage();
             demand(room.redNumbers(picture) == room.greyNumbers(picture), "board and buttons differ");
         }
-        demand(count == m_calls.size(), "a call was not counted once");
-        demand(room.textOf("RTB3") == m_calls.value(0), "the current number is wrong");
-        demand(room.textOf("RTB4").simplified() == m_calls.mid(1, 4).join(' '), "the past numbers are wrong");
+        demand(count == m_calls.size() && shown == m_calls.mid(0, 5), "the last numbers are wrong");
 
         const bool isOn = room.find<QAbstractButton>("chkAutoCall")->isChecked();
         const auto *pause = room.find<QPushButton>("cPause");
@@ -89,6 +92,7 @@ private:
 
     std::mt19937 m_chance;
     int m_left = 0;
+    bool m_isPlaying = false;
     QStringList m_calls; // the newest first
     QString m_last;
 };

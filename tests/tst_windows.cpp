@@ -112,7 +112,7 @@ private Q_SLOTS:
         const std::clock_t start = std::clock();
         room.play("mnuHelp");
         QCOMPARE(room.look(), "0 + frmHelp");
-        QVERIFY((std::clock() - start) / CLOCKS_PER_SEC < 2);
+        QVERIFY(std::clock() - start < CLOCKS_PER_SEC / 2); // a long word stops nothing
         room.find("frmHelp")->close();
         QFile::remove(QCoreApplication::applicationDirPath() + "/help.txt");
         room.play("mnuHelp");
