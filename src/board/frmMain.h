@@ -188,7 +188,7 @@ private:
     void describeBoard();
     void describeCalls();
     void nameSoon();
-    void nameByState();
+    void nameByState(int most);
 
     controls::Announcer *m_announcer = nullptr;
     QTimer *m_naming = nullptr;

@@ -8,6 +8,8 @@
 #include <QAction>
 #include <QTimer>
 
+#include <limits>
+
 using patterns::Pattern;
 using patterns::pattern;
 
@@ -16,6 +18,7 @@ void frmMain::BuildDemo()
     auto *first = controls::control<controls::ColorBox>(m_client, "tDemo(1)");
     m_card = new patterns::Card(first, mainDesign::row("tDemo(1)"));
     connect(m_card, &patterns::Card::clicked, this, &frmMain::tDemo_Click);
+    nameByState(std::numeric_limits<int>::max()); // the board is complete, and not shown yet
 }
 
 void frmMain::tDemo_Click(int Index)

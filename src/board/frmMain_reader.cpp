@@ -86,11 +86,11 @@ void frmMain::nameSoon()
         m_naming->start();
 }
 
-/// Gives controls the names that they have not yet, a few at a time: a screen reader that has fifty events
-/// before it drops what is to be said.
-void frmMain::nameByState()
+/// Gives up to `most` controls the names that they have not yet. A few at a time while the window is shown: a
+/// screen reader that has fifty events before it drops what is to be said.
+void frmMain::nameByState(int most)
 {
-    int left = 10;
+    int left = most;
     const auto name = [&left](QWidget *control, const QString &spoken) {
         if (left > 0 && control->accessibleName() != spoken) {
             control->setAccessibleName(spoken);

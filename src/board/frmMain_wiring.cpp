@@ -38,7 +38,7 @@ void frmMain::wire()
             &frmMain::iFontSize_KeyPress);
 
     connect(mnuShaddow, &QAction::toggled, this, &frmMain::sayShaddow);
-    connect(m_naming, &QTimer::timeout, this, &frmMain::nameByState);
+    connect(m_naming, &QTimer::timeout, this, [this] { nameByState(10); });
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
