@@ -1,6 +1,6 @@
-// A speech service for the test, in SAPI's place: writes each text into the file that $VELLOMIR_SAID names,
-// as "VOICE RATE BOUNDARY FLAGS TEXT", and reports its begin at once and its end a little later. It refuses
-// "Gee, 48".
+// A speech service for the test, in SAPI's place: writes each text into said.txt, as "VOICE RATE BOUNDARY
+// FLAGS TEXT", and reports its begin at once and its end a little later. It refuses "Gee, 48", and any text
+// before the end of the last one.
 
 #define CINTERFACE // tables of functions in place of classes: most of them do nothing
 #include <windows.h>
@@ -9,90 +9,57 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
-#include <string>
+#include <fstream>
 #include <thread>
 
-struct Voice : ISpVoice
-{
-    std::wstring name = L"default";
-    long rate = 0;
-    int boundary = 0;
-    HANDLE news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    std::atomic<int> begun = 0;
-    std::atomic<int> ended = 0;
-};
+static wchar_t *s_voice = wcsdup(L"default");
+static long s_rate = 0;
+static int s_boundary = 0;
+static HANDLE s_news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+static std::atomic<int> s_reported = 0; ///< begins and ends, by turns
 
-static Voice &self(ISpVoice *voice)
-{
-    return static_cast<Voice &>(*voice);
-}
-
-static HRESULT doNothing()
-{
-    return S_OK;
-}
-
-template <typename Table>
-static Table tableOfNothing()
-{
-    Table table;
-    void **functions = reinterpret_cast<void **>(&table);
-    std::fill_n(functions, sizeof table / sizeof *functions, reinterpret_cast<void *>(doNothing));
-    return table;
-}
-
-static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
+static HRESULT speak(ISpVoice *, const wchar_t *text, DWORD flags, ULONG *)
 {
     if (!text)
         return S_OK;
-    if (std::wstring(text) == L"Gee, 48")
+    if (s_reported % 2 == 1 || wcscmp(text, L"Gee, 48") == 0)
         return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
-    FILE *said = _wfopen(_wgetenv(L"VELLOMIR_SAID"), L"a");
-    std::fprintf(said, "%ls %ld %d %lu %ls\n", self(voice).name.c_str(), self(voice).rate,
-                 self(voice).boundary, flags, text);
-    std::fclose(said);
-    const auto report = [voice](std::atomic<int> &kind) { ++kind, SetEvent(self(voice).news); };
-    report(self(voice).begun);
-    std::thread([=] { Sleep(300), report(self(voice).ended); }).detach();
+    std::wofstream said("said.txt", std::ios::app);
+    said << s_voice << ' ' << s_rate << ' ' << s_boundary << ' ' << flags << ' ' << text << '\n';
+    const auto report = [] { ++s_reported, SetEvent(s_news); };
+    report();
+    std::thread([=] { Sleep(300), report(); }).detach();
     return S_OK;
 }
 
-static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
+static HRESULT getEvents(ISpVoice *, ULONG, SPEVENT *event, ULONG *)
 {
-    const bool isBegin = self(voice).begun > 0;
-    std::atomic<int> &kind = isBegin ? self(voice).begun : self(voice).ended;
-    event->eEventId = isBegin ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
-    return kind > 0 ? --kind, S_OK : S_FALSE;
-}
-
-static HRESULT setVoice(ISpVoice *voice, ISpObjectToken *token)
-{
-    wchar_t *id = nullptr;
-    token->lpVtbl->GetId(token, &id);
-    self(voice).name = std::wstring(id).substr(std::wstring(id).rfind(L'\\') + 1);
+    static int taken = 0;
+    if (taken == s_reported)
+        return S_FALSE;
+    event->eEventId = taken++ % 2 == 0 ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
     return S_OK;
 }
 
 static HRESULT makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
 {
-    static ISpVoiceVtbl table = tableOfNothing<ISpVoiceVtbl>();
-    table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
+    static ISpVoiceVtbl table;
+    std::fill_n(reinterpret_cast<HRESULT (**)()>(&table), sizeof table / sizeof(void *), [] { return S_OK; });
+    table.GetNotifyEventHandle = [](ISpVoice *) { return s_news; };
     table.GetEvents = getEvents;
-    table.SetVoice = setVoice;
-    table.SetRate = [](ISpVoice *voice, long rate) { return self(voice).rate = rate, S_OK; };
-    table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM at) { return self(voice).boundary = at, S_OK; };
+    table.SetVoice = [](ISpVoice *, ISpObjectToken *token) { return token->lpVtbl->GetId(token, &s_voice); };
+    table.SetRate = [](ISpVoice *, long rate) { return s_rate = rate, S_OK; };
+    table.SetAlertBoundary = [](ISpVoice *, SPEVENTENUM at) { return s_boundary = at, S_OK; };
     table.Speak = speak;
-    auto *voice = new Voice;
-    voice->lpVtbl = &table;
-    *made = voice;
+    static ISpVoice voice{&table};
+    *made = &voice;
     return S_OK;
 }
 
 extern "C" __declspec(dllexport) HRESULT DllGetClassObject(REFCLSID, REFIID, void **made)
 {
-    static IClassFactoryVtbl table = tableOfNothing<IClassFactoryVtbl>();
-    table.CreateInstance = makeVoice;
+    static IClassFactoryVtbl table{.Release = [](IClassFactory *) -> ULONG { return 1; },
+                                   .CreateInstance = makeVoice};
     static IClassFactory factory{&table};
     *made = &factory;
     return S_OK;
