@@ -20,15 +20,12 @@ os.environ |= {"HOME": HOME.name, "WINEPREFIX": f"{HOME.name}/prefix", "WINEDEBU
                "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}  # fmt: skip
 
 COMPILE = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-static", "-shared", "-o", PROGRAM_FOLDER / "voice.dll"]
-SPEECH = r"HKLM\Software\Classes\CLSID\{96749377-3391-11D2-9EE3-00C04F797396}\InprocServer32"
-VOICES = r"HKLM\Software\Microsoft\Speech\Voices\Tokens"
 
 # Where things are in the main window, in pixels.
 PLACES = {"entry": "1235 72", "speak": "476 195", "Clear": "117 195", "Bingo": "1218 196", "Help": "45 8"}
 
-# What the caller does: clicks on PLACES and presses keys; the windows then, the active one first; what leads back to the
-# main window; the red numbers on its board; what is said: voice, speed, alert boundary (phonemes), flags (at once, not
-# XML), text.
+# What the caller clicks (PLACES) and presses; the windows then, the active one first; what leads back to the main one;
+# the red numbers there; what is said: voice, speed, alert boundary (phonemes), flags (at once, not XML), text.
 GAME = [
     ("", "Vellomir", "", [], []),
     ("speak entry n 3 3 Return", "Vellomir", "", [33], ["default 0 6 17 En, 33", "default 0 6 17 En, 3 , 3"]),
@@ -48,8 +45,7 @@ NO_PLACE = {"": "cmd /c set AppData=&&", "touch Vellomir": "", "rm Vellomir; mkd
 
 
 def run(command, *arguments):
-    command = [*command.split(), *arguments]
-    return subprocess.run(command, capture_output=True, timeout=PATIENCE, check=False).stdout
+    return subprocess.run([*command.split(), *arguments], capture_output=True, timeout=PATIENCE, check=False).stdout
 
 
 def do(actions):
@@ -84,10 +80,9 @@ def play(game, through=""):
     program = subprocess.Popen(["wine", *through.split(), "Vellomir.exe"], cwd=PROGRAM_FOLDER)
     said = []
     for actions, titles, back, red, phrases in game:
-        do(actions)
-        wait_for(titles, windows)
-        do(back)
-        wait_for("Vellomir", windows)
+        for step, then in (actions, titles), (back, "Vellomir"):
+            do(step)
+            wait_for(then, windows)
         said += phrases
         wait_for((red, said), red_and_said)
     do("alt+F4")
@@ -108,9 +103,9 @@ if __name__ == "__main__":
         play(SILENT_GAME, through)
         assert run("ls -FR", APP_DATA) == before
 
-    run("wine reg add", SPEECH, "/ve", "/d", "voice.dll", "/f")
+    run(r"wine reg add HKCR\CLSID\{96749377-3391-11D2-9EE3-00C04F797396}\InprocServer32 /ve /d voice.dll /f")
     for voice in ("Anna", "Bert"):
-        run("wine reg add", rf"{VOICES}\{voice}")
+        run(rf"wine reg add HKLM\Software\Microsoft\Speech\Voices\Tokens\{voice}")
     INI.rmdir()
     INI.write_bytes(settings := b"[Other]\r\nName=\xfc\r\n[Options]\r\nAutoCallTm=18\r\n")
     play(GAME)

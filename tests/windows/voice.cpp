@@ -1,6 +1,6 @@
 // A speech service for the test, in SAPI's place: writes each text into said.txt, as "VOICE RATE BOUNDARY
-// FLAGS TEXT", and reports its begin at once and its end a little later. It refuses "Gee, 48", and any text
-// before the end of the last one.
+// FLAGS TEXT", and reports its begin at once and its end a little later. It refuses "Gee, 48", no text, and
+// any text before the end of the last one.
 
 #define CINTERFACE // tables of functions in place of classes: most of them do nothing
 #include <windows.h>
@@ -12,32 +12,39 @@
 #include <fstream>
 #include <thread>
 
-static wchar_t *s_voice = wcsdup(L"default");
-static long s_rate = 0;
-static int s_boundary = 0;
-static HANDLE s_news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-static std::atomic<int> s_reported = 0; ///< begins and ends, by turns
-
-static HRESULT speak(ISpVoice *, const wchar_t *text, DWORD flags, ULONG *)
+struct Voice : ISpVoice
 {
-    if (!text)
-        return S_OK;
-    if (s_reported % 2 == 1 || wcscmp(text, L"Gee, 48") == 0)
+    wchar_t *name = wcsdup(L"default");
+    long rate = 0;
+    int boundary = 0;
+    HANDLE news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    std::atomic<int> reported = 0; ///< begins and ends, by turns
+    int taken = 0;
+};
+
+static Voice &self(ISpVoice *voice)
+{
+    return static_cast<Voice &>(*voice);
+}
+
+static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
+{
+    Voice &it = self(voice);
+    if (!text || it.reported % 2 == 1 || wcscmp(text, L"Gee, 48") == 0)
         return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
     std::wofstream said("said.txt", std::ios::app);
-    said << s_voice << ' ' << s_rate << ' ' << s_boundary << ' ' << flags << ' ' << text << '\n';
-    const auto report = [] { ++s_reported, SetEvent(s_news); };
+    said << it.name << ' ' << it.rate << ' ' << it.boundary << ' ' << flags << ' ' << text << '\n';
+    const auto report = [&it] { ++it.reported, SetEvent(it.news); };
     report();
     std::thread([=] { Sleep(300), report(); }).detach();
     return S_OK;
 }
 
-static HRESULT getEvents(ISpVoice *, ULONG, SPEVENT *event, ULONG *)
+static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
 {
-    static int taken = 0;
-    if (taken == s_reported)
+    if (self(voice).taken == self(voice).reported)
         return S_FALSE;
-    event->eEventId = taken++ % 2 == 0 ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
+    event->eEventId = self(voice).taken++ % 2 == 0 ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
     return S_OK;
 }
 
@@ -45,14 +52,13 @@ static HRESULT makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
 {
     static ISpVoiceVtbl table;
     std::fill_n(reinterpret_cast<HRESULT (**)()>(&table), sizeof table / sizeof(void *), [] { return S_OK; });
-    table.GetNotifyEventHandle = [](ISpVoice *) { return s_news; };
+    table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
     table.GetEvents = getEvents;
-    table.SetVoice = [](ISpVoice *, ISpObjectToken *token) { return token->lpVtbl->GetId(token, &s_voice); };
-    table.SetRate = [](ISpVoice *, long rate) { return s_rate = rate, S_OK; };
-    table.SetAlertBoundary = [](ISpVoice *, SPEVENTENUM at) { return s_boundary = at, S_OK; };
+    table.SetVoice = [](auto *voice, auto *token) { return token->lpVtbl->GetId(token, &self(voice).name); };
+    table.SetRate = [](ISpVoice *voice, long rate) { return self(voice).rate = rate, S_OK; };
+    table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM at) { return self(voice).boundary = at, S_OK; };
     table.Speak = speak;
-    static ISpVoice voice{&table};
-    *made = &voice;
+    *made = new Voice{{&table}};
     return S_OK;
 }
 
@@ -60,7 +66,6 @@ extern "C" __declspec(dllexport) HRESULT DllGetClassObject(REFCLSID, REFIID, voi
 {
     static IClassFactoryVtbl table{.Release = [](IClassFactory *) -> ULONG { return 1; },
                                    .CreateInstance = makeVoice};
-    static IClassFactory factory{&table};
-    *made = &factory;
+    *made = new IClassFactory{&table};
     return S_OK;
 }
