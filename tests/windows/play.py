@@ -33,7 +33,7 @@ GAME = [
     ("alt+r alt Down Return", "Form1, Vellomir", "Down Down Tab Right Right Tab space Tab space", [33],
      ["Bert 2 6 17 Bee 4, Oh 62, Eye 25"]),
     ("6 2 Return", "Vellomir", "", [33, 62], ["Bert 2 6 17 Oh, 62", "Bert 2 6 17 Oh, 6 , 2"]),
-    ("4 8 Return", "Run-Time Error, Vellomir", "Return", [33, 48, 62], []),
+    ("4 8 Return", "Run-Time Error, Vellomir", "Return", [33, 48, 62], ["Bert 2 6 17 Gee, 48"]),
     ("Help Down Return", "QOR Help, Vellomir", "alt+F4", [33, 48, 62], []),
     ("Help Down Down Return", "About, Vellomir", "Return", [33, 48, 62], []),
     ("Bingo", "Form1, Vellomir", "Clear", [33, 48, 62], []),

@@ -1,6 +1,6 @@
 // A speech service for the test, in SAPI's place: writes each text into said.txt, as "VOICE RATE BOUNDARY
-// FLAGS TEXT", and reports its begin at once and its end a little later. It refuses "Gee, 48", no text, and
-// any text before the end of the last one.
+// FLAGS TEXT", and reports its begin at once and its end a little later. It refuses no text, and any text
+// before the end of the last one, and answers "Gee, 48" with an error.
 
 #define CINTERFACE // tables of functions in place of classes: most of them do nothing
 #include <windows.h>
@@ -30,14 +30,14 @@ static Voice &self(ISpVoice *voice)
 static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
 {
     Voice &it = self(voice);
-    if (!text || it.reported % 2 == 1 || wcscmp(text, L"Gee, 48") == 0)
-        return HRESULT_FROM_WIN32(ERROR_DEVICE_NOT_CONNECTED);
+    if (!text || it.reported % 2 == 1)
+        return E_ABORT;
     std::wofstream said("said.txt", std::ios::app);
     said << it.name << ' ' << it.rate << ' ' << it.boundary << ' ' << flags << ' ' << text << '\n';
     const auto report = [&it] { ++it.reported, SetEvent(it.news); };
     report();
     std::thread([=] { Sleep(300), report(); }).detach();
-    return S_OK;
+    return wcscmp(text, L"Gee, 48") == 0 ? E_FAIL : S_OK;
 }
 
 static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
