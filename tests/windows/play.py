@@ -30,10 +30,10 @@ GAME = [
     ("", "Vellomir", "", [], []),
     ("speak entry n 3 3 Return", "Vellomir", "", [33], ["default 0 6 17 En, 33", "default 0 6 17 En, 3 , 3"]),
     ("Clear", "Clear Board, Vellomir", "Escape", [33], []),
-    ("alt+r alt Down Return", "Form1, Vellomir", "Down Down Tab Right Right Tab space Tab space", [33],
-     ["Bert 2 6 17 Bee 4, Oh 62, Eye 25"]),
-    ("6 2 Return", "Vellomir", "", [33, 62], ["Bert 2 6 17 Oh, 62", "Bert 2 6 17 Oh, 6 , 2"]),
-    ("4 8 Return", "Run-Time Error, Vellomir", "Return", [33, 48, 62], ["Bert 2 6 17 Gee, 48"]),
+    ("keydown:alt r sleep:3 keyup:alt alt Down Return", "Form1, Vellomir",  # R without Alt would make a call
+     "Down Down Tab Right Right Tab space Tab space", [33], ["Bert 2 6 17 Bee 4, Oh 62, Eye 25"]),
+    ("4 8 Return", "Run-Time Error, Vellomir", "Return", [33, 48], ["Bert 2 6 17 Gee, 48"]),
+    ("6 2 Return", "Vellomir", "", [33, 48, 62], ["Bert 2 6 17 Oh, 62", "Bert 2 6 17 Oh, 6 , 2"]),
     ("Help Down Return", "QOR Help, Vellomir", "alt+F4", [33, 48, 62], []),
     ("Help Down Down Return", "About, Vellomir", "Return", [33, 48, 62], []),
     ("Bingo", "Form1, Vellomir", "Clear", [33, 48, 62], []),
@@ -54,7 +54,8 @@ def do(actions):
             run("xdotool search --onlyvisible --name ^Vellomir$ mousemove --window %1 " + PLACES[action])
             run("xdotool click 1")
         else:  # held until the window that it opened or closed has changed the focus: Wine sees no release else
-            run("xdotool key --delay 600", action)
+            command, _, argument = action.rpartition(":")
+            run("xdotool", *(command or "key --delay 600").split(), argument)
 
 
 def windows():
