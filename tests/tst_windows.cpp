@@ -137,22 +137,18 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists("print.pdf") && room.find("frmHelp")->isActiveWindow());
     }
 
-    /// It opens in the middle, also after it was moved.
     void about()
     {
         QDesktopServices::setUrlHandler("https", this, "browse");
         Room room;
-        for (int round = 1; round <= 2; ++round) {
-            room.play("mnuAbout mnuAbout cGoTo");
-            const QPointer<QWidget> about = room.find("frmAbout");
-            const QPoint off = about->frameGeometry().center() - about->screen()->geometry().center();
-            QVERIFY(off.manhattanLength() <= 2 && about->minimumSize() == about->maximumSize());
-            QCOMPARE(m_browsed.size(), round);
-            about->move(3, 4);
-            QCOMPARE(room.look(), "0 + frmAbout");
-            room.play("cOK");
-            QTRY_VERIFY(!about);
-        }
+        room.play("mnuAbout mnuAbout cGoTo");
+        const QPointer<QWidget> about = room.find("frmAbout");
+        const QPoint off = about->frameGeometry().center() - about->screen()->geometry().center();
+        QVERIFY(off.manhattanLength() <= 2 && about->minimumSize() == about->maximumSize());
+        QCOMPARE(room.look(), "0 + frmAbout");
+        QCOMPARE(m_browsed.size(), 1);
+        room.play("cOK");
+        QTRY_VERIFY(!about);
         QDesktopServices::unsetUrlHandler("https");
     }
 

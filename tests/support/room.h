@@ -225,8 +225,7 @@ private:
             {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
             {"none", [&] { speech.isInstalled = false; }},
             {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
-            {"aloud", [&] { speech.speaksByItself = true; }},
-            {"~", [&] { await(); }}, // until something is said
+            {"~", [&] { await(); }},                          // until something is said
             {".", [&] { speech.engine ? speech.engine->ended() : void(); }},
             {"gone", [&] { speech.engine ? speech.engine->failed(-7, "it went away") : void(); }},
         };
@@ -289,8 +288,6 @@ private:
     {
         QTimer::singleShot(1, this, &Room::answer);
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (box && box == m_answered && ++m_rounds % 500 == 0) // the key was lost
-            QTest::keyClick(box->windowHandle(), Qt::Key_Escape);
         if (!box || box == m_answered)
             return;
         boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
@@ -314,7 +311,6 @@ private:
 
     QPointer<QMessageBox> m_answered;
     QString m_answer;
-    int m_rounds = 0;
     QTimer *m_ticking = nullptr;
     qsizetype m_heard = 0, m_awaited = 0;
 };

@@ -46,14 +46,15 @@ private:
             "cRandNum cmdClear cPause cPause chkAutoCall chkAutoCall cBingo mnuHelp mnuAbout mnuSpeak "
             "mnuShaddow s s "
             "s3 "
-            "a a %0 %50 %99 'r 'p '7 '12/ 'n33/ '_4/ 'x/ '/ key=Esc key=Tab key=Space key=Down . . gone hush "
-            "aloud";
+            "a a %0 %50 %99 'r 'p '7 '12/ 'n33/ '_4/ 'x/ '/ key=Esc key=Tab key=Space key=Down . . gone hush";
         QStringList controls;
         for (const auto *control : room.window->findChildren<QWidget *>(QRegularExpression("^[^q]")))
             controls += control->isVisible() ? QStringList(control->objectName()) : QStringList();
         const QString step = oneOf({oneOf(words.split(' ')), oneOf(words.split(' ')), oneOf(controls)});
         if (!QGuiApplication::focusWindow())
             return room.window->activateWindow();
+        if (step == "." && m_chance() % 2)
+            room.speech.speaksByItself = true;
         if (step.startsWith("mnu") && QApplication::activeModalWidget())
             return;
         m_last += ' ' + step;
