@@ -35,7 +35,8 @@ const struct
     {"chkAutoCall s4 cPause 33 '1p", "2 N33/N38 red 33 38 Paused Pause counts."},
     {"3 chkAutoCall s 3:s", "1 B3 red 3 in 1 Pause counts. focus cPause; Q"},
     {"1-75 chkAutoCall s4", "75 O75/O74 O73 O72 O71 red 1-75 in 2 Pause counts. focus cPause; F; F"},
-    {"1-75 chkAutoCall s2:p", "75 O75/O74 O73 O72 O71 red 1-75 Paused Play focus cPause; F"},
+    {"none gone chkAutoCall chkMakeVoiceCall s2:p",
+     "1 N38 red 38 Paused Play; E it went away Err #: -7; E No speech service is installed. Err #: 1"},
     {"1-75 chkAutoCall s2:u", "75 O75/O74 O73 O72 O71 red 1-75; F"},
     // ---- clear, BINGO
     {"12 7 44 chkAutoCall cmdClear:Y 9", "1 B9 red 9 Paused Play; C"},

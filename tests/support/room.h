@@ -288,20 +288,25 @@ private:
     {
         QTimer::singleShot(1, this, &Room::answer);
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box || box == m_answered)
+        if (!box)
             return;
-        boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
-        m_answered = box;
-        boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
-        const QString answer = std::exchange(m_answer, {});
-        if (answer == "s")
-            tick(find<QTimer>("Timer2"), 5);
-        if (answer == "e")
-            controls::reportError(window, {-2147221164, "No voice"});
-        if (answer == "u" || answer == "p")
-            find<QAbstractButton>(answer == "u" ? "chkAutoCall" : "cPause")->click();
-        const QMap<QString, Qt::Key> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
-        QTest::keyClick(box->windowHandle(), keys.value(answer, Qt::Key_Escape));
+        if (box != m_answered) {
+            boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
+            m_answered = box;
+            m_rounds = 0;
+            boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
+            const QString answer = std::exchange(m_answer, {});
+            const QMap<QString, Qt::Key> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
+            m_key = keys.value(answer, Qt::Key_Escape);
+            if (answer == "s")
+                tick(find<QTimer>("Timer2"), 5);
+            if (answer == "e")
+                controls::reportError(window, {-2147221164, "No voice"});
+            if (answer == "u" || answer == "p")
+                find<QAbstractButton>(answer == "u" ? "chkAutoCall" : "cPause")->click();
+        }
+        if (m_rounds++ % 500 == 0) // The second of two keys of one time is lost.
+            QTest::keyClick(box->windowHandle(), m_key);
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
@@ -311,6 +316,8 @@ private:
 
     QPointer<QMessageBox> m_answered;
     QString m_answer;
+    Qt::Key m_key = Qt::Key_Escape;
+    int m_rounds = 0;
     QTimer *m_ticking = nullptr;
     qsizetype m_heard = 0, m_awaited = 0;
 };
