@@ -19,7 +19,14 @@ INI = APP_DATA / "Vellomir/Vellomir.ini"
 os.environ |= {"HOME": HOME.name, "WINEPREFIX": f"{HOME.name}/prefix", "WINEDEBUG": "-all", "USER": "root",
                "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}  # fmt: skip
 
-COMPILE = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-static", "-shared", "-o", PROGRAM_FOLDER / "voice.dll"]
+COMPILE = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-static", "-o"]
+
+# Windows' own functions for such files: sets the interval, and answers the font size.
+PROFILE = b"""#include <windows.h>
+int main(int, char **file) {
+    WritePrivateProfileStringA("Options", "AutoCallTm", "18", file[1]);
+    return GetPrivateProfileIntA("Options", "FontSz", 0, file[1]);
+}"""
 
 # Where things are in the main window, in pixels.
 PLACES = {"entry": "1235 72", "speak": "476 195", "Clear": "117 195", "Bingo": "1218 196", "Help": "45 8"}
@@ -94,7 +101,8 @@ if __name__ == "__main__":
     subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
     atexit.register(run, "wineserver --kill")
     shutil.unpack_archive(sys.argv[1], HOME.name)
-    subprocess.check_call([*COMPILE, Path(__file__).with_name("voice.cpp")])
+    subprocess.check_call([*COMPILE, PROGRAM_FOLDER / "voice.dll", "-shared", Path(__file__).with_name("voice.cpp")])
+    subprocess.run([*COMPILE, PROGRAM_FOLDER / "profile.exe", "-xc++", "-"], input=PROFILE, check=True)
     run("wine wineboot --init")
     SAID.touch()
 
@@ -108,6 +116,9 @@ if __name__ == "__main__":
     for voice in ("Anna", "Bert"):
         run(rf"wine reg add HKLM\Software\Microsoft\Speech\Voices\Tokens\{voice}")
     INI.rmdir()
-    INI.write_bytes(settings := b"[Other]\r\nName=\xfc\r\n[Options]\r\nAutoCallTm=18\r\n")
+    INI.write_bytes(settings := b"[Other]\r\nName=\xfc\r\n")
+    ask = ["wine", PROGRAM_FOLDER / "profile.exe", f"Z:{INI}"]
+    subprocess.check_call(ask)
     play(GAME)
-    assert INI.read_bytes() == settings + b"FontSz=33\r\n", INI.read_bytes()
+    assert INI.read_bytes() == settings + b"[Options]\r\nAutoCallTm=18\r\nFontSz=33\r\n", INI.read_bytes()
+    assert subprocess.call(ask) == 33
