@@ -32,19 +32,17 @@ private Q_SLOTS:
     void places()
     {
         Room room;
-        const auto pixels = [dpi = room.window->logicalDpiX()](int twips) {
-            return qRound(twips * dpi / 1440.0);
-        };
-        QCOMPARE(room.find("cButt(75)")->pos(), QPoint(pixels(6090), pixels(2040)));
-        QCOMPARE(room.find("cDemoButt(21)")->pos(), QPoint(pixels(2280), pixels(2040)));
-        QCOMPARE(room.find("RTB2")->geometry().topLeft(), QPoint(pixels(720), pixels(2865)));
+        const double twip = room.window->logicalDpiX() / 1440.0;
+        QCOMPARE(room.find("cButt(75)")->pos(), (QPointF(6090, 2040) * twip).toPoint());
+        QCOMPARE(room.find("cDemoButt(21)")->pos(), (QPointF(2280, 2040) * twip).toPoint());
+        QCOMPARE(room.find("RTB2")->geometry().topLeft(), (QPointF(720, 2865) * twip).toPoint());
         // Nothing lies over its neighbour (two pixels are the design's own), and no caption is cut off.
         const QRegularExpression own("^(?!q|Text1).");
         const QWidgetList all = room.window->centralWidget()->findChildren<QWidget *>(own);
         for (const QWidget *one : all) {
             for (const QWidget *other : all) {
                 const int both = (one->geometry() & other->geometry()).width();
-                QVERIFY2(one == other || one->parent() != other->parent() || both <= pixels(30),
+                QVERIFY2(one == other || one->parent() != other->parent() || both <= qRound(30 * twip),
                          qPrintable(one->objectName() + " over " + other->objectName()));
             }
         }

@@ -51,8 +51,7 @@ public:
         qApp->installEventFilter(this);
         answer();
         modMain::Main();
-        QVERIFY(QTest::qWaitFor(
-            [this] { return (window = qobject_cast<QMainWindow *>(QApplication::activeWindow())); }));
+        QTRY_VERIFY((window = qobject_cast<QMainWindow *>(QApplication::activeWindow())));
     }
     ~Room() override { end(); }
     /// Closes the main window, and with it the program.
@@ -223,6 +222,7 @@ private:
              [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
             {"?", [&] { boxes += '(' + look() + ')'; }},
             {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
+            {"throw", [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("out of paper"); }); }},
             {"none", [&] { speech.isInstalled = false; }},
             {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
             {"~", [&] { await(); }},                          // until something is said
@@ -248,10 +248,7 @@ private:
         const char *property = control->inherits("QComboBox")   ? "currentText"
                                : control->inherits("QListView") ? "currentRow"
                                                                 : "value";
-        QVERIFY(QTest::qWaitFor([&] {
-            control->setProperty(property, value);
-            return control->property(property) == value;
-        }));
+        QTRY_VERIFY(control->setProperty(property, value) && control->property(property) == value);
     }
     static void commit(const QString &text)
     {
