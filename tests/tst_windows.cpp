@@ -156,17 +156,18 @@ private Q_SLOTS:
     void ends()
     {
         for (const QString way : {"close", "exit", "session"}) {
+            bool isOver = way == "session";
             Room room;
             room.play("mnuAbout mnuSpeak cboSec=18");
-            const QPointer<QWidget> about = room.find("frmAbout");
             connect(qobject_cast<frmMain *>(room.window.data()), &frmMain::unloading, this,
-                    [about, way] { QVERIFY(way != "close" || !about || !about->isVisible()); });
-            if (way == "exit")
-                QTimer::singleShot(0, room.find<QAction>("mnuExit"), &QAction::trigger);
+                    [&, about = QPointer(room.find("frmAbout"))] {
+                        isOver = way == "exit" || !about || !about->isVisible();
+                    });
             if (way == "session")
                 Q_EMIT qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(room));
             else
-                room.end();
+                way == "exit" ? room.play("mnuExit") : room.end();
+            QVERIFY(isOver);
             QFile file(modMain::SettingsPath);
             QVERIFY(file.open(QIODevice::ReadOnly));
             QCOMPARE(file.readAll(), "[Options]\r\nFontSz=33\r\nAutoCallTm=18\r\n");
