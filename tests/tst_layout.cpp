@@ -121,12 +121,14 @@ private Q_SLOTS:
             return display->cursorRect(QTextCursor(display->document()->lastBlock())).bottom();
         };
         const std::tuple<const char *, const char *, double> rows[] = {
-            {"'huge/", "huge", 100},   {"'3/", "5", 5},          {"'250/", "100", 100},
-            {"'12.5/", "12.5", 12.5},  {"'/", "", 12.5},         {"'52/", "52", 52},
-            {"'40 key=Tab", "40", 52}, {"'37 key=Up", "36", 36}, {"'33 key=Down", "34", 34}};
+            {"'huge/", "huge", 100},     {"'3/", "5", 5},
+            {"'250/", "100", 100},       {"'12.5/", "12.5", 12.5},
+            {"'/ cmdClear:Y", "", 12.5}, {"'52/", "52", 52},
+            {"'40 key=Tab", "40", 52},   {"'37 key=Up", "36", 36},
+            {"'33 key=Down", "34", 34}};
         for (const auto &[typed, shown, drawn] : rows) {
             font->setFocus();
-            room.play(QString("key=Ctrl+A key=Del %1 p1").arg(typed)); // which draws the board anew
+            room.play(QString("key=Ctrl+A key=Del ") + typed);
             QCOMPARE(font->currentText(), shown);
             QCOMPARE(board->font().pointSizeF(), drawn);
             QVERIFY(!letters->horizontalScrollBar()->maximum());
