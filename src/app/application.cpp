@@ -8,8 +8,8 @@ namespace app {
 bool Application::notify(QObject *receiver, QEvent *event)
 {
     constexpr int unexpected = -1; // the number of a failure that has none of its own
-    // Not as a filter: Qt's filter for screen readers comes first, and has the keys by then.
-    if (m_heldKeys.eventFilter(receiver, event))
+    // Not in an event filter: Qt's own for screen readers would come first, and take the keys.
+    if (m_heldKeys.swallows(*receiver, *event))
         return true;
     try {
         return QApplication::notify(receiver, event);

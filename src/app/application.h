@@ -19,7 +19,7 @@ public:
     bool notify(QObject *receiver, QEvent *event) override;
 
 private:
-    controls::HeldKeys m_heldKeys{*this};
+    controls::HeldKeys m_heldKeys;
     controls::DoubleClickFilter m_doubleClickFilter{*this};
 };
 

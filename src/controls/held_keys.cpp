@@ -1,6 +1,5 @@
 #include "held_keys.h"
 
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
 
@@ -30,22 +29,17 @@ bool isCopy(const QKeyEvent &key)
 
 } // namespace
 
-HeldKeys::HeldKeys(QCoreApplication &application)
-{
-    application.installEventFilter(this);
-}
-
-bool HeldKeys::eventFilter(QObject *watched, QEvent *event)
+bool HeldKeys::swallows(const QObject &receiver, const QEvent &event)
 {
     // A window gets a key before the control that has the focus does.
-    if (!watched->isWindowType())
+    if (!receiver.isWindowType())
         return false;
-    if (event->type() == QEvent::KeyPress) {
-        const auto &press = static_cast<const QKeyEvent &>(*event);
+    if (event.type() == QEvent::KeyPress) {
+        const auto &press = static_cast<const QKeyEvent &>(event);
         return isRepeat(press) && actsOnce(press);
     }
-    if (event->type() == QEvent::KeyRelease) {
-        const auto &release = static_cast<const QKeyEvent &>(*event);
+    if (event.type() == QEvent::KeyRelease) {
+        const auto &release = static_cast<const QKeyEvent &>(event);
         if (isCopy(release))
             return false;
         m_releasedKey = release.key();

@@ -1,22 +1,20 @@
 #pragma once
 
-#include <QObject>
+#include <QtGlobal>
 
-class QCoreApplication;
+class QEvent;
 class QKeyEvent;
+class QObject;
 
 namespace controls {
 
 /// Makes a key that is held act once, in all windows of the application: Enter, Esc, Space, letters and signs
 /// do not repeat. Digits do, and so do the keys that move or erase.
-class HeldKeys : public QObject
+class HeldKeys
 {
-    Q_OBJECT
-
 public:
-    explicit HeldKeys(QCoreApplication &application);
-
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    /// To be shown every event of the application. True for a press that must go no further.
+    bool swallows(const QObject &receiver, const QEvent &event);
 
 private:
     bool isRepeat(const QKeyEvent &press) const;
