@@ -237,8 +237,8 @@ private:
         else if (auto *action = window->findChild<QAction *>(step)) {
             action->trigger();
             QCoreApplication::processEvents(); // gives a new window the focus
-        } else if (auto *control = window->findChild<QWidget *>(step))
-            click(control);
+        } else if (!word.isEmpty())
+            click(find(step));
         for (int n = ends.first().toInt(); n && n <= ends.last().toInt(); ++n)
             click(find(QString("cButt(%1)").arg(n)));
     }

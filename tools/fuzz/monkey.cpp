@@ -44,9 +44,8 @@ private:
     {
         static const QString words =
             "cRandNum cmdClear cPause cPause chkAutoCall chkAutoCall cBingo mnuHelp mnuAbout mnuSpeak "
-            "mnuShaddow s s "
-            "s3 "
-            "a a %0 %50 %99 'r 'p '7 '12/ 'n33/ '_4/ 'x/ '/ key=Esc key=Tab key=Space key=Down . . gone hush";
+            "mnuShaddow s s s3 a a . . gone hush %0 %50 %99 'r 'p '7 '12/ 'n33/ '_4/ 'x/ '/ "
+            "key=Esc key=Tab key=Space key=Down";
         QStringList controls;
         for (const auto *control : room.window->findChildren<QWidget *>(QRegularExpression("^[^q]")))
             controls += control->isVisible() ? QStringList(control->objectName()) : QStringList();
