@@ -95,8 +95,9 @@ public:
     ///   cPause    a click on the control of that name
     ///   mnuHelp   a choice from a menu
     ///   cboSec=5  a choice from a list, once it is there, or where a slider is put
-    /// A key behind a colon (33:Y) answers the box that comes, else Escape does, at first with s: the time
-    /// goes on, e: a failure is to be told, u, p: chkAutoCall or cPause is pressed, as a screen reader can.
+    /// A key behind a colon (33:Y) answers the question that comes, else Escape does, at first with s: the
+    /// time goes on, e: a failure is to be told, u, p: chkAutoCall or cPause is pressed, as a screen reader
+    /// can.
     void play(const QString &script)
     {
         for (const QString &step : script.split(' ', Qt::SkipEmptyParts)) {
@@ -294,7 +295,7 @@ private:
             boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
             const QString answer = std::exchange(m_answer, {});
             const QMap<QString, Qt::Key> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
-            m_key = keys.value(answer, Qt::Key_Escape);
+            m_key = keys.value(box->button(QMessageBox::Yes) ? answer : QString(), Qt::Key_Escape);
             if (answer == "s")
                 tick(find<QTimer>("Timer2"), 5);
             if (answer == "e")
