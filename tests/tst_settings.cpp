@@ -35,15 +35,15 @@ private Q_SLOTS:
             {"\n[O]\nX=1", "-", "\n[O]\nX=1\nKy=4"},
             {"[A]\nX=1\n\n ", "-", "[A]\nX=1\n\n \n[O]\nKy=4"}};
         for (const auto &[before, value, after] : rows) {
-            QCOMPARE(files::findValue(before, "O", "Ky").value_or("-"), value);
-            QCOMPARE(files::withValue(before, "O", "Ky", "4"), after);
+            QCOMPARE(base::findValue(before, "O", "Ky").value_or("-"), value);
+            QCOMPARE(base::withValue(before, "O", "Ky", "4"), after);
         }
     }
 
     void runs()
     {
         QVERIFY(read() == "33" && write("") && WriteIni(path, "O", "X", "18"));
-        QCOMPARE(files::readTextFile(path), "[O]\r\nKy=\r\nX=18\r\n");
+        QCOMPARE(base::readTextFile(path), "[O]\r\nKy=\r\nX=18\r\n");
         QCOMPARE(read() + read("X"), "3318"); // an empty value counts as none
         QVERIFY(write(" \"é€😀\r\n[O]\nX=9\" "));
         QCOMPARE(read() + read("X"), " \"é€😀  [O] X=9\" 18");
@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(read(), QString(2047, QChar(0xE9)));
         std::ofstream(qPrintable(path)) << "[O]\nKy=\"\xFF\x81 33\"\n"; // no text
         QVERIFY(write(read()));
-        QCOMPARE(files::readBytes(path, 99), "[O]\nKy=\"\xFF\x81 33\"\n");
+        QCOMPARE(base::readBytes(path, 99), "[O]\nKy=\"\xFF\x81 33\"\n");
     }
 
     /// A save is seen whole or not at all: who has the file open keeps the old one. Links and permissions
@@ -64,13 +64,13 @@ private Q_SLOTS:
         const auto permissions = QFile::permissions(target);
         QFile reader(target);
         QVERIFY(QFile::link("target.ini", path) && reader.open(QIODevice::ReadOnly) && write("40"));
-        QCOMPARE(reader.readAll() + *files::readBytes(target, 99), "[O]\nKy=33\n[O]\nKy=40\n");
+        QCOMPARE(reader.readAll() + *base::readBytes(target, 99), "[O]\nKy=33\n[O]\nKy=40\n");
         QCOMPARE(QFile::permissions(target), permissions);
         QVERIFY(QFile::remove(target) && write("41")); // through a link to nothing
         QVERIFY(QFileInfo(path).isSymLink() && QFile::remove(target));
         QCOMPARE(mkfifo(qPrintable(target), 0600), 0); // a pipe would never answer
-        QVERIFY(read() == "33" && !write("40") && !files::readTextFile(target));
-        QVERIFY(!files::readTextFile(folder.path()) && !files::readTextFile("/proc/self/mem"));
+        QVERIFY(read() == "33" && !write("40") && !base::readTextFile(target));
+        QVERIFY(!base::readTextFile(folder.path()) && !base::readTextFile("/proc/self/mem"));
     }
 
     void texts()
@@ -83,7 +83,7 @@ private Q_SLOTS:
             {"xy" + QByteArray("€\n").repeated(1'000'000), "xy" + QString("€\n").repeated(1'000'000)}};
         for (const auto &[bytes, text] : rows) {
             std::ofstream(qPrintable(path)) << bytes.toStdString();
-            QCOMPARE(files::readTextFile(path), text);
+            QCOMPARE(base::readTextFile(path), text);
         }
     }
 

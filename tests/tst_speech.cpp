@@ -126,7 +126,7 @@ private Q_SLOTS:
     {
         for (const char *address : {"", "inet_socket:::1:1", "unix_socket:/none"}) {
             qputenv("SPEECHD_ADDRESS", address);
-            QVERIFY_THROWS_EXCEPTION(files::Error, makeSystemEngine());
+            QVERIFY_THROWS_EXCEPTION(base::Error, makeSystemEngine());
         }
         qputenv("SPEECHD_CMD", "false");
         open(makeSystemEngine);
@@ -142,7 +142,8 @@ private:
         m_voice = std::make_unique<SpVoice>(factory, SpTimeouts{1h, 10h, 15h, 5h, 1h});
         connect(m_voice.get(), &SpVoice::VoicesKnown, [this] { m_log += "known"; });
         connect(m_voice.get(), &SpVoice::EndStream, [this](int n) { m_log += QString("end %1").arg(n); });
-        connect(m_voice.get(), &SpVoice::Failed, [this](int n) { m_log += QString("failed %1").arg(n); });
+        connect(m_voice.get(), &SpVoice::Failed,
+                [this](const base::Error &e) { m_log += QString("failed %1").arg(e.number); });
     }
     void play(const QString &script)
     {
@@ -157,7 +158,7 @@ private:
         const QString word = m_words.takeFirst();
         try {
             m_steps[word[0]](word.mid(1).replace('_', ' '));
-        } catch (const files::Error &) {
+        } catch (const base::Error &) {
             m_log += "thrown";
         }
     }
@@ -191,7 +192,10 @@ private:
          }},
         {'b', [this](const QString &) { Q_EMIT m_fake.engine->begun(); }},
         {'e', [this](const QString &) { Q_EMIT m_fake.engine->ended(), m_log += "."; }},
-        {'f', [this](const QString &) { Q_EMIT m_fake.engine->failed(SpLost, "lost"), m_log += "."; }},
+        {'f',
+         [this](const QString &) {
+             Q_EMIT m_fake.engine->failed({SpLost, "lost"}), m_log += ".";
+         }},
         {'d', [this](const QString &) { m_fake.isAlive = false; }},
         {'x', [this](const QString &) { m_fake.isInstalled = !m_fake.isInstalled; }},
         {'~',

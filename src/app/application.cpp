@@ -13,7 +13,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
         return true;
     try {
         return QApplication::notify(receiver, event);
-    } catch (const files::Error &error) {
+    } catch (const base::Error &error) {
         controls::reportError(activeWindow(), error);
     } catch (const std::exception &error) {
         controls::reportError(activeWindow(), {unexpected, QString::fromLocal8Bit(error.what())});

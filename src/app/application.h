@@ -19,8 +19,8 @@ public:
     bool notify(QObject *receiver, QEvent *event) override;
 
 private:
-    controls::HeldKeys m_heldKeys;
-    controls::DoubleClickFilter m_doubleClickFilter{*this};
+    HeldKeys m_heldKeys;
+    DoubleClickFilter m_doubleClickFilter{*this};
 };
 
 } // namespace app

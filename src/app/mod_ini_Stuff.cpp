@@ -18,7 +18,7 @@ std::optional<QByteArray> contentOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
         return QByteArray();
-    std::optional<QByteArray> content = files::readBytes(path, largestFile + 1);
+    std::optional<QByteArray> content = base::readBytes(path, largestFile + 1);
     const auto encoding = QStringConverter::encodingForData(content.value_or(QByteArray()), u'[');
     const bool isUnicode = encoding && *encoding != QStringConverter::Utf8;
     return content && content->size() <= largestFile && !isUnicode ? content : std::nullopt;
@@ -49,7 +49,7 @@ bool overwriteFile(const QString &path, const QByteArray &content, const QByteAr
 
 std::optional<QString> valueIn(const QByteArray &content, const QString &section, const QString &key)
 {
-    const auto value = files::findValue(content, section.toLocal8Bit(), key.toLocal8Bit());
+    const auto value = base::findValue(content, section.toLocal8Bit(), key.toLocal8Bit());
     return value ? std::optional(QString::fromLocal8Bit(*value)) : std::nullopt;
 }
 
@@ -69,7 +69,7 @@ bool WriteIni(const QString &file, const QString &section, const QString &key, c
     if (!former || valueIn(*former, section, key) == value)
         return former.has_value();
     const QByteArray content =
-        files::withValue(*former, section.toLocal8Bit(), key.toLocal8Bit(), value.toLocal8Bit());
+        base::withValue(*former, section.toLocal8Bit(), key.toLocal8Bit(), value.toLocal8Bit());
     return content.size() <= largestFile &&
            (replaceFile(file, content) || overwriteFile(file, content, *former));
 }

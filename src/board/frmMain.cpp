@@ -31,7 +31,7 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral(VELLOMIR_NAME));
-    m_announcer = new controls::Announcer(this);
+    m_reader = new controls::ScreenReader(this);
     buildMenus();
     buildControls();
     setDesignFonts();
@@ -51,7 +51,7 @@ void frmMain::buildControls()
     m_client = new QWidget(this);
     m_client->setObjectName(QStringLiteral("client"));
     setCentralWidget(m_client);
-    controls::buildDesign(mainDesign::controls(), m_client);
+    controls::buildDesign(mainDesign::rows(), m_client);
     findControls();
     fillBoxes();
     nameControls();
@@ -175,7 +175,7 @@ void frmMain::setDesignFonts()
 void frmMain::setTabOrderOfDesign()
 {
     std::map<int, QWidget *> stops;
-    for (const controls::DesignRow &row : mainDesign::controls()) {
+    for (const controls::DesignRow &row : mainDesign::rows()) {
         if (row.tab >= 0)
             stops[row.tab] = control<QWidget>(m_client, row.name);
     }

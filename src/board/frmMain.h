@@ -8,7 +8,7 @@
 #include <QPointer>
 #include <QPushButton>
 
-#include <cstdint>
+#include <optional>
 
 class QAction;
 class QTimer;
@@ -18,7 +18,7 @@ class frmHelp;
 class frmVoices;
 
 namespace controls {
-class Announcer;
+class ScreenReader;
 class ColorButton;
 class ComboBox;
 class Label;
@@ -26,9 +26,9 @@ class RichTextBox;
 class TextBox;
 } // namespace controls
 
-namespace files {
+namespace base {
 struct Error;
-} // namespace files
+} // namespace base
 
 /// The caller's board: the record of the game and the window that shows it. Everything that changes the game
 /// is a member of this class; the sections below are named after the files that hold their members.
@@ -77,7 +77,7 @@ private:
     // ---- board/frmMain_wiring.cpp: every road into the window ------------------------------------
     void wire();
 
-    // ---- board/frmMain_lifecycle.cpp: load, unload, and the size of the large board --------------
+    // ---- board/frmMain_lifecycle.cpp: load and unload, and what start-up puts into the window ----
 public:
     /// The texts of the two settings, as they stand in `iFontSize` and `cboSec`.
     QString fontSizeText() const;
@@ -97,12 +97,6 @@ protected:
 private:
     void Form_Load();
     void Form_Unload();
-    void iFontSize_Click();
-    void iFontSize_KeyPress(int &KeyAscii);
-    std::optional<double> fontSize() const;
-    void redrawBoard();
-
-    double m_fontSize = 33.0; // in points, of what is drawn
 
     // ---- board/frmMain_layout.cpp: places that follow the window's size --------------------------
 protected:
@@ -114,34 +108,35 @@ private:
     void placeOnScreen(QMargins frame);
     void Form_Resize();
 
-    // ---- board/frmMain_buttons.cpp: the 75 number buttons and the called flags -------------------
+    // ---- board/frmMain_buttons.cpp: the 75 number buttons ----------------------------------------
 public:
     void BuildButts();
 
 private:
-    bool isCalled(int n) const { return iCalled[n] != 0; }
-    /// The one writer of the called flag and the button's colour, which always agree.
-    void markNumber(int n, bool called);
-    void markAll(bool called);
-
-    game::FromOne<std::int16_t, game::numberCount> iCalled{}; // 1 called or shadowed, 0 not
     game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
 
-    // ---- board/frmMain_calls.cpp: calling, un-calling and drawing a number -----------------------
+    // ---- board/frmMain_calls.cpp: the record of the game: calls, un-calls, draws and clears ------
 public:
     /// Calls number Index (1 to 75), or, when it counts as called, un-calls it after a question.
     void cButt_Click(int Index);
 
 private:
     void cRandNum_Click();
+    void cmdClear_Click();
     void callNumber(int n);
     void uncallNumber(int n);
-    void showCount();
+    void clearBoard();
+    /// The one writer of the called flag and the button's colour, which always agree.
+    void markNumber(int n, bool called);
+    void unmarkAll();
+    void setCount(int count);
     void focusAfterCall();
 
-    int iCallCnt = 0; // the calls since the last clear
+    game::FromOne<bool, game::numberCount> iCalled{}; // called, or shadowed by the pattern
+    game::FromOne<int, 5> iLastCalls{};               // the newest first; 0 an empty slot
+    int iCallCnt = 0;                                 // the calls since the last clear
 
-    // ---- board/frmMain_displays.cpp: the five displays, and their clearing ----------------------
+    // ---- board/frmMain_displays.cpp: the five displays, and the size of the large board ----------
 public:
     void DrawBoards();
     void EditBoard();
@@ -150,10 +145,12 @@ public:
 private:
     void drawLetters();
     void drawButtonLetters();
-    void cmdClear_Click();
-    void clearBoard();
+    void iFontSize_Click();
+    void iFontSize_KeyPress(int &KeyAscii);
+    std::optional<double> fontSize() const;
+    void redrawBoard();
 
-    game::FromOne<std::int16_t, 5> iLastCalls{}; // the newest first; 0 an empty slot
+    double m_fontSize = 33.0; // in points, of what is drawn
     controls::RichTextBox *RTB1 = nullptr;
     controls::RichTextBox *RTB2 = nullptr;
     controls::RichTextBox *RTB3 = nullptr;
@@ -169,6 +166,9 @@ private:
     void chkAutoCall_Click();
     void cPause_Click();
     void Timer2_Timer();
+    enum class AutoCall { Off, Running, Paused };
+    /// The one writer of the timer, the pause button and its caption, which always agree.
+    void setAutoCall(AutoCall state);
 
     int iAutoCallLeft = 0;    // ticks to the next automatic draw
     QTimer *Timer2 = nullptr; // runs while numbers are called automatically and not paused
@@ -176,7 +176,7 @@ private:
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
     void Speak(const QString &text);
     void V_EndStream(int StreamNumber, const QVariant &StreamPosition);
-    void ReportError(const files::Error &error);
+    void ReportError(const base::Error &error);
 
     voice::Announcement m_announcement;
 
@@ -190,7 +190,7 @@ private:
     void nameSoon();
     void nameByState(int most);
 
-    controls::Announcer *m_announcer = nullptr;
+    controls::ScreenReader *m_reader = nullptr;
     QTimer *m_naming = nullptr;
 
     // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
@@ -199,15 +199,17 @@ public:
 
 private:
     void tDemo_Click(int Index);
-    /// Selects pattern Index (1 to 21), or deselects it when it is the selected one. 0 when none is.
+    /// Selects pattern Index (1 to 21), or deselects it when it is the selected one.
     void cDemoButt_Click(int Index);
+    /// Shows pattern `id` from its beginning, 0 for none. All called flags are cleared first.
+    void selectPattern(int id);
     void Timer1_Timer();
     void showPattern(const patterns::Pattern &pattern);
     void applyShadow(const patterns::Pattern &pattern);
 
     patterns::Card *m_card = nullptr;
     int iCurPattern = 0;   // 0 for none
-    int iPatternFrame = 0; // what the next tick draws, from 1
+    int iPatternFrame = 1; // what the next tick draws
     game::FromOne<QPushButton *, patterns::patternCount> cDemoButt{};
     QTimer *Timer1 = nullptr;
 

@@ -1,6 +1,5 @@
 #include "frmMain.h"
 
-#include "appearance.h"
 #include "buttons.h"
 #include "design_table.h"
 #include "frmMain_design.h"
@@ -25,17 +24,4 @@ void frmMain::BuildButts()
         connect(cButt[n], &QPushButton::clicked, this, [this, n] { cButt_Click(n); });
         markNumber(n, false);
     }
-}
-
-void frmMain::markNumber(int n, bool called)
-{
-    iCalled[n] = called ? 1 : 0;
-    cButt[n]->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
-    nameSoon();
-}
-
-void frmMain::markAll(bool called)
-{
-    for (int n = 1; n <= game::numberCount; ++n)
-        markNumber(n, called);
 }

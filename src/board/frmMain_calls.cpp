@@ -1,9 +1,12 @@
 #include "frmMain.h"
 
+#include "appearance.h"
+#include "buttons.h"
 #include "draw.h"
 #include "label.h"
 #include "message_box.h"
 #include "numbers.h"
+#include "rich_text_box.h"
 #include "screen_reader.h"
 #include "text_box.h"
 
@@ -14,42 +17,95 @@
 
 void frmMain::cButt_Click(int Index)
 {
-    if (isCalled(Index))
+    if (iCalled[Index])
         uncallNumber(Index);
     else
         callNumber(Index);
     focusAfterCall();
 }
 
-void frmMain::uncallNumber(int n)
+void frmMain::cRandNum_Click()
 {
-    if (!controls::confirmed(this, QStringLiteral("Clearing button,\r\nAre you sure?"),
-                             QStringLiteral("Clear Board")))
-        return;
-    markNumber(n, false);
-    EditBoard();
-    m_announcer->say(game::spokenLabel(n) + QStringLiteral(" not called"));
+    std::vector<int> pool;
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (!iCalled[n])
+            pool.push_back(n);
+    }
+    if (const std::optional<int> n = game::pick(pool, game::randomFraction())) {
+        cButt_Click(*n);
+    } else {
+        controls::notice(this, QStringLiteral("Full Board...."));
+        if (chkAutoCall->isChecked())
+            chkAutoCall_Click();
+    }
+}
+
+void frmMain::cmdClear_Click()
+{
+    if (Timer2->isActive())
+        cPause_Click();
+    if (controls::confirmed(this, QStringLiteral("Clearing board,\nAre you sure?"),
+                            QStringLiteral("Clear Board")))
+        clearBoard();
+    returnToEntry();
 }
 
 void frmMain::callNumber(int n)
 {
-    ++iCallCnt;
-    showCount();
-    lblCallCnt->repaint();
+    setCount(iCallCnt + 1);
     markNumber(n, true);
     EditBoard();
     editLastPress(n);
     // All that waits to be painted is painted now, before anything is spoken.
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
     if (chkMakeVoiceCall->isChecked())
-        Speak(m_announcement.firstPhrase(n));
+        Speak(m_announcement.begin(n));
     else
-        m_announcer->say(stateInWords());
+        m_reader->say(stateInWords());
 }
 
-void frmMain::showCount()
+void frmMain::uncallNumber(int n)
 {
+    if (!controls::confirmed(this, QStringLiteral("Clearing button,\nAre you sure?"),
+                             QStringLiteral("Clear Board")))
+        return;
+    markNumber(n, false);
+    EditBoard();
+    m_reader->say(game::spokenLabel(n) + QStringLiteral(" not called"));
+}
+
+/// Starts a new game. The selected pattern stays, and casts its shadow anew.
+void frmMain::clearBoard()
+{
+    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
+        display->setText({});
+    iLastCalls.fill(0);
+    DrawBoards();
+    setCount(0);
+    selectPattern(iCurPattern);
+    EditBoard();
+    describeCalls();
+    m_reader->say(QStringLiteral("Board cleared"));
+}
+
+void frmMain::markNumber(int n, bool called)
+{
+    iCalled[n] = called;
+    cButt[n]->setBackColor(called ? controls::colors::buttonShadow : controls::colors::buttonFace);
+    nameSoon();
+}
+
+void frmMain::unmarkAll()
+{
+    for (int n = 1; n <= game::numberCount; ++n)
+        markNumber(n, false);
+}
+
+void frmMain::setCount(int count)
+{
+    iCallCnt = count;
     lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
+    lblCallCnt->repaint();
 }
 
 void frmMain::focusAfterCall()
@@ -59,20 +115,4 @@ void frmMain::focusAfterCall()
         cPause->setFocus();
     else
         Text1->setFocus();
-}
-
-void frmMain::cRandNum_Click()
-{
-    std::vector<int> pool;
-    for (int n = 1; n <= game::numberCount; ++n) {
-        if (!isCalled(n))
-            pool.push_back(n);
-    }
-    if (const std::optional<int> n = board::pick(pool, board::randomFraction())) {
-        cButt_Click(*n);
-    } else {
-        controls::notice(this, QStringLiteral("Full Board...."));
-        if (chkAutoCall->isChecked())
-            chkAutoCall_Click();
-    }
 }

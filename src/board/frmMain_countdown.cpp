@@ -12,31 +12,31 @@ void frmMain::chkAutoCall_Click()
 {
     if (chkAutoCall->isChecked()) {
         iAutoCallLeft = 2;
-        Timer2->start();
-        cPause->setEnabled(true);
-        cPause->setText(QStringLiteral("Pause"));
+        setAutoCall(AutoCall::Running);
         cPause->setFocus();
     } else {
-        Timer2->stop();
-        cPause->setEnabled(false);
-        cPause->setText(QStringLiteral("Play"));
-        lblAutoCall->setCaption({});
-        lblAutoCall->repaint();
+        setAutoCall(AutoCall::Off);
         Text1->setFocus();
     }
-    sayAutoCall();
 }
 
 void frmMain::cPause_Click()
 {
-    if (Timer2->isActive()) {
-        lblAutoCall->setCaption(QStringLiteral("Paused"));
-        cPause->setText(QStringLiteral("Play"));
-        Timer2->stop();
-    } else {
-        cPause->setText(QStringLiteral("Pause"));
+    setAutoCall(Timer2->isActive() ? AutoCall::Paused : AutoCall::Running);
+}
+
+void frmMain::setAutoCall(AutoCall state)
+{
+    const bool runs = state == AutoCall::Running;
+    if (runs)
         Timer2->start();
-    }
+    else
+        Timer2->stop();
+    cPause->setEnabled(state != AutoCall::Off);
+    cPause->setText(runs ? QStringLiteral("Pause") : QStringLiteral("Play"));
+    if (!runs) // else the next tick writes it
+        lblAutoCall->setCaption(state == AutoCall::Paused ? QStringLiteral("Paused") : QString());
+    lblAutoCall->repaint();
     sayAutoCall();
 }
 

@@ -56,7 +56,7 @@ constexpr std::pair<int, int> patternColumns[] = {{0, 975}, {1080, 1095}, {2400,
 
 namespace mainDesign {
 
-std::span<const DesignRow> controls()
+std::span<const DesignRow> rows()
 {
     return design;
 }

@@ -17,8 +17,8 @@ inline constexpr int boardBottomMargin = 150;
 /// Twips between neighbouring number buttons.
 inline constexpr int buttonGap = 45;
 
-std::span<const controls::DesignRow> controls();
-/// The row of a control that is in `controls()`.
+std::span<const controls::DesignRow> rows();
+/// The row of a control that is in `rows()`.
 const controls::DesignRow &row(const char *name);
 /// Pattern button `index`, 1 to 21; its name is given when it is made.
 controls::DesignRow patternButton(int index);

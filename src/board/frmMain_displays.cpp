@@ -1,20 +1,27 @@
 #include "frmMain.h"
 
 #include "appearance.h"
+#include "combo_box.h"
 #include "design_table.h"
 #include "frmMain_design.h"
-#include "message_box.h"
 #include "numbers.h"
+#include "numeric.h"
 #include "rich_text_box.h"
-#include "screen_reader.h"
+#include "text_box.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>
-#include <QTimer>
 
 #include <algorithm>
 
 namespace colors = controls::colors;
+
+namespace {
+
+constexpr double leastFontSize = 5.0; // in points
+constexpr double greatestFontSize = 100.0;
+
+} // namespace
 
 void frmMain::DrawBoards()
 {
@@ -56,7 +63,7 @@ void frmMain::EditBoard()
     QTextCursor edit(RTB2->document());
     edit.beginEditBlock();
     for (int n = 1; n <= game::numberCount; ++n) {
-        const QRgb color = isCalled(n) ? colors::red : colors::black;
+        const QRgb color = iCalled[n] ? colors::red : colors::black;
         const int cell = game::cellOffset(n);
         if (RTB2->colorAt(cell) != color)
             RTB2->setColor({cell, game::cellWidth}, color);
@@ -75,7 +82,7 @@ void frmMain::editLastPress(int iButt)
     RTB3->showStart();
 
     std::copy_backward(iLastCalls.begin(), iLastCalls.end() - 1, iLastCalls.end());
-    iLastCalls[1] = static_cast<std::int16_t>(iButt);
+    iLastCalls[1] = iButt;
 
     QString past;
     for (int k = 2; k <= 5; ++k)
@@ -85,30 +92,35 @@ void frmMain::editLastPress(int iButt)
     describeCalls();
 }
 
-void frmMain::cmdClear_Click()
+void frmMain::iFontSize_Click()
 {
-    if (Timer2->isActive())
-        cPause_Click();
-    if (controls::confirmed(this, QStringLiteral("Clearing board,\r\nAre you sure?"),
-                            QStringLiteral("Clear Board")))
-        clearBoard();
+    if (fontSize() != m_fontSize)
+        redrawBoard();
     returnToEntry();
 }
 
-/// Starts a new game. The selected pattern stays: selecting it twice deselects it and selects it again.
-void frmMain::clearBoard()
+void frmMain::iFontSize_KeyPress(int &KeyAscii)
 {
-    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4})
-        display->setText({});
-    iLastCalls.fill(0);
-    markAll(false);
+    if (KeyAscii != controls::enter)
+        return;
+    KeyAscii = 0;
+    if (const std::optional<double> size = fontSize()) {
+        if (size != base::parseNumber(iFontSize->currentText()))
+            iFontSize->setEditText(QString::number(*size));
+        redrawBoard();
+    }
+    returnToEntry();
+}
+
+/// The size in `iFontSize`, in points and within its bounds; nothing when the text is no number.
+std::optional<double> frmMain::fontSize() const
+{
+    const std::optional<double> size = base::parseNumber(iFontSize->currentText());
+    return size ? std::optional(std::clamp(*size, leastFontSize, greatestFontSize)) : std::nullopt;
+}
+
+void frmMain::redrawBoard()
+{
     DrawBoards();
-    iCallCnt = 0;
-    showCount();
-    const int pattern = iCurPattern;
-    cDemoButt_Click(iCurPattern);
-    cDemoButt_Click(pattern);
     EditBoard();
-    describeCalls();
-    m_announcer->say(QStringLiteral("Board cleared"));
 }

@@ -8,9 +8,8 @@
 void frmMain::Text1_KeyPress(int &KeyAscii)
 {
     switch (KeyAscii) {
-    case 13:
+    case controls::enter:
         callEntry();
-        Text1->clear();
         break;
     case 'R':
     case 'r':
@@ -31,10 +30,10 @@ void frmMain::Text1_KeyPress(int &KeyAscii)
 
 void frmMain::callEntry()
 {
-    const QString text = board::withoutLetter(Text1->text());
-    Text1->deleteBut(text);
-    if (const std::optional<int> n = board::calledBy(text))
+    if (const std::optional<int> n = game::calledBy(Text1->text()))
         cButt_Click(*n);
+    else
+        Text1->clear();
 }
 
 /// Empties the entry box and gives it the focus, ready for the next number.

@@ -10,6 +10,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <limits>
 
 using controls::pixels;
 using controls::pixelsUp;
@@ -38,6 +39,7 @@ void frmMain::placeOnScreen(QMargins frame)
 
 void frmMain::showEvent(QShowEvent *event)
 {
+    nameByState(std::numeric_limits<int>::max());
     QMainWindow::showEvent(event);
     windowHandle()->installEventFilter(this);
 }

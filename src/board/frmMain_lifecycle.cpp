@@ -3,22 +3,11 @@
 #include "combo_box.h"
 #include "frmVoices.h"
 #include "label.h"
-#include "numeric.h"
 #include "rich_text_box.h"
 #include "sp_voice.h"
 
 #include <QCloseEvent>
 #include <QStyle>
-
-#include <algorithm>
-
-namespace {
-
-constexpr double leastFontSize = 5.0;
-constexpr double greatestFontSize = 100.0;
-constexpr int enter = 13;
-
-} // namespace
 
 void frmMain::Form_Load()
 {
@@ -28,7 +17,7 @@ void frmMain::Form_Load()
         placeOnScreen({1, qRound(caption), 1, 1});
         cboSec->setCurrentText(QStringLiteral("10"));
         m_announcement.createVoice();
-    } catch (const files::Error &error) {
+    } catch (const base::Error &error) {
         ReportError(error);
     }
 }
@@ -70,37 +59,4 @@ void frmMain::clearDisplays()
         display->setText({});
     describeBoard();
     describeCalls();
-}
-
-void frmMain::iFontSize_Click()
-{
-    if (fontSize() != m_fontSize)
-        redrawBoard();
-    returnToEntry();
-}
-
-void frmMain::iFontSize_KeyPress(int &KeyAscii)
-{
-    if (KeyAscii != enter)
-        return;
-    KeyAscii = 0;
-    if (const std::optional<double> size = fontSize()) {
-        if (size != files::parseNumber(iFontSize->currentText()))
-            iFontSize->setEditText(QString::number(*size));
-        redrawBoard();
-    }
-    returnToEntry();
-}
-
-/// The size in `iFontSize`, in points and within its bounds; nothing when the text is no number.
-std::optional<double> frmMain::fontSize() const
-{
-    const std::optional<double> size = files::parseNumber(iFontSize->currentText());
-    return size ? std::optional(std::clamp(*size, leastFontSize, greatestFontSize)) : std::nullopt;
-}
-
-void frmMain::redrawBoard()
-{
-    DrawBoards();
-    EditBoard();
 }

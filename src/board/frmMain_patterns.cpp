@@ -8,8 +8,6 @@
 #include <QAction>
 #include <QTimer>
 
-#include <limits>
-
 using patterns::Pattern;
 using patterns::pattern;
 
@@ -18,7 +16,6 @@ void frmMain::BuildDemo()
     auto *first = controls::control<controls::ColorBox>(m_client, "tDemo(1)");
     m_card = new patterns::Card(first, mainDesign::row("tDemo(1)"));
     connect(m_card, &patterns::Card::clicked, this, &frmMain::tDemo_Click);
-    nameByState(std::numeric_limits<int>::max()); // the board is complete, and not shown yet
 }
 
 void frmMain::tDemo_Click(int Index)
@@ -30,13 +27,19 @@ void frmMain::tDemo_Click(int Index)
 
 void frmMain::cDemoButt_Click(int Index)
 {
-    m_card->show({});
-    markAll(false);
-    Timer1->stop();
-    iCurPattern = Index == iCurPattern ? 0 : Index;
-    if (iCurPattern != 0)
-        showPattern(pattern(iCurPattern));
+    selectPattern(Index == iCurPattern ? 0 : Index);
+    sayPattern(Index);
     Text1->setFocus();
+}
+
+void frmMain::selectPattern(int id)
+{
+    m_card->show({});
+    unmarkAll();
+    Timer1->stop();
+    iCurPattern = id;
+    if (id != 0)
+        showPattern(pattern(id));
 }
 
 /// Shows a static pattern and starts an animated one, and takes its shadow out of play.
@@ -68,8 +71,7 @@ void frmMain::Timer1_Timer()
     if (iCurPattern == 0)
         return;
     const patterns::Frames &frames = pattern(iCurPattern).frames;
-    const int frame = frames.wrapped(iPatternFrame);
-    m_card->show(frames[frame]);
-    iPatternFrame = frame + 1;
+    m_card->show(frames[iPatternFrame]);
+    iPatternFrame = frames.after(iPatternFrame);
     nameSoon();
 }

@@ -30,10 +30,10 @@ QString frmMain::stateInWords() const
 void frmMain::sayAutoCall()
 {
     if (Timer2->isActive())
-        m_announcer->say(QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText()));
+        m_reader->say(QStringLiteral("Automatic calling, every %1 seconds").arg(cboSec->currentText()));
     else
-        m_announcer->say(chkAutoCall->isChecked() ? QStringLiteral("Paused")
-                                                  : QStringLiteral("Automatic calling off"));
+        m_reader->say(chkAutoCall->isChecked() ? QStringLiteral("Paused")
+                                               : QStringLiteral("Automatic calling off"));
 }
 
 /// Pattern `id` was selected or put away.
@@ -44,17 +44,17 @@ void frmMain::sayPattern(int id)
     for (const QChar letter : patterns::pattern(id).shadow)
         columns += letter;
     if (iCurPattern != id)
-        m_announcer->say(caption + QStringLiteral(" put away"));
+        m_reader->say(caption + QStringLiteral(" put away"));
     else if (columns.isEmpty() || !mnuShaddow->isChecked())
-        m_announcer->say(caption + QStringLiteral(", all columns in play"));
+        m_reader->say(caption + QStringLiteral(", all columns in play"));
     else
-        m_announcer->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
+        m_reader->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
 }
 
 void frmMain::sayShaddow(bool checked)
 {
-    m_announcer->say(mnuShaddow->text() +
-                     (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
+    m_reader->say(mnuShaddow->text() +
+                  (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
 }
 
 /// The numbers that are red on the large board.
@@ -62,7 +62,7 @@ void frmMain::describeBoard()
 {
     QStringList called;
     for (int n = 1; n <= game::numberCount; ++n) {
-        if (isCalled(n))
+        if (iCalled[n])
             called += spokenLabel(n);
     }
     RTB2->setAccessibleDescription(listed(called));
@@ -97,10 +97,10 @@ void frmMain::nameByState(int most)
             --left;
         }
     };
-    name(m_announcer, stateInWords());
+    name(m_reader, stateInWords());
     for (int n = 1; n <= game::numberCount; ++n)
         name(cButt[n],
-             spokenLabel(n) + (isCalled(n) ? QStringLiteral(", called") : QStringLiteral(", not called")));
+             spokenLabel(n) + (iCalled[n] ? QStringLiteral(", called") : QStringLiteral(", not called")));
     for (int id = 1; id <= patterns::patternCount; ++id)
         name(cDemoButt[id], cDemoButt[id]->text() + (id == iCurPattern ? QStringLiteral(" pattern, selected")
                                                                        : QStringLiteral(" pattern")));

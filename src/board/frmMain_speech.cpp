@@ -7,7 +7,7 @@ void frmMain::Speak(const QString &text)
 {
     try {
         m_announcement.speak(text);
-    } catch (const files::Error &error) {
+    } catch (const base::Error &error) {
         ReportError(error);
     }
 }
@@ -19,7 +19,7 @@ void frmMain::V_EndStream(int, const QVariant &)
         Speak(*phrase);
 }
 
-void frmMain::ReportError(const files::Error &error)
+void frmMain::ReportError(const base::Error &error)
 {
     controls::reportError(this, error);
 }

@@ -52,11 +52,11 @@ void frmMain::cBingo_Click()
     if (!load(m_bingo))
         return;
     if (!isOpen)
-        connect(m_bingo, &QObject::destroyed, m_announcer,
-                [this] { m_announcer->say(QStringLiteral("BINGO closed")); });
+        connect(m_bingo, &QObject::destroyed, m_reader,
+                [this] { m_reader->say(QStringLiteral("BINGO closed")); });
     m_bingo->fill(frameGeometry());
     controls::showInFront(m_bingo);
-    m_announcer->waitFor(m_bingo);
+    m_reader->waitFor(m_bingo);
 }
 
 void frmMain::closeWindows()

@@ -2,7 +2,6 @@
 
 #include "catalogue.h"
 #include "combo_box.h"
-#include "error.h"
 #include "rich_text_box.h"
 #include "text_box.h"
 
@@ -27,10 +26,7 @@ void frmMain::wire()
     connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);
 
     for (int i = 1; i <= patterns::patternCount; ++i)
-        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] {
-            cDemoButt_Click(i);
-            sayPattern(i);
-        });
+        connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
     connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
@@ -45,10 +41,7 @@ void frmMain::wire()
     connect(mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
 
     connect(&m_announcement, &voice::Announcement::EndStream, this, &frmMain::V_EndStream);
-    connect(&m_announcement, &voice::Announcement::Failed, this,
-            [this](int number, const QString &description) {
-                ReportError({number, description});
-            });
+    connect(&m_announcement, &voice::Announcement::Failed, this, &frmMain::ReportError);
 
     m_client->installEventFilter(this); // its size: Form_Resize
 }

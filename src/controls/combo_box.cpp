@@ -31,7 +31,7 @@ TextBox *ComboBox::makeEditable()
 /// counts as 0.
 int ComboBox::entryBeside(Step step) const
 {
-    const double number = files::parseNumber(currentText()).value_or(0.0);
+    const double number = base::parseNumber(currentText()).value_or(0.0);
     for (int i = step == Greater ? 0 : count() - 1; i >= 0 && i < count(); i += step) {
         const double entry = itemText(i).toDouble();
         if (step == Greater ? entry > number : entry < number)

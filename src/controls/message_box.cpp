@@ -40,10 +40,9 @@ void layOut(QMessageBox &box)
 }
 
 /// Shows a box with an OK button, or with Yes and No, and answers whether it was Yes.
-bool ask(QWidget *owner, QMessageBox::Icon icon, QString text, const QString &title)
+bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, const QString &title)
 {
     const bool isQuestion = icon == QMessageBox::Question;
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     // Closing the owner deletes the box.
     const QPointer box = new QMessageBox(
         icon, title, text, isQuestion ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, owner);
@@ -68,7 +67,7 @@ bool confirmed(QWidget *owner, const QString &text, const QString &title)
     return ask(owner, QMessageBox::Question, text, title);
 }
 
-void reportError(QWidget *owner, const files::Error &error)
+void reportError(QWidget *owner, const base::Error &error)
 {
     if (const QWidget *open = QApplication::activeModalWidget()) {
         const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
@@ -76,7 +75,7 @@ void reportError(QWidget *owner, const files::Error &error)
         return;
     }
     const QString text =
-        QStringLiteral("Desc: %1\r\nErr #: %2").arg(error.description, QString::number(error.number));
+        QStringLiteral("Desc: %1\nErr #: %2").arg(error.description, QString::number(error.number));
     ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"));
 }
 

@@ -4,11 +4,11 @@
 
 class QWidget;
 
-namespace files {
+namespace base {
 struct Error;
-} // namespace files
+} // namespace base
 
-/// The program's modal message boxes. A line break in a text is CR LF or LF.
+/// The program's modal message boxes.
 namespace controls {
 
 /// Shows a notice with an OK button. Its title is the program's name.
@@ -19,6 +19,6 @@ bool confirmed(QWidget *owner, const QString &text, const QString &title);
 
 /// Shows the "Run-Time Error" box. While another box is open it returns at once, and the error is shown when
 /// that one has been closed: no box ever covers another.
-void reportError(QWidget *owner, const files::Error &error);
+void reportError(QWidget *owner, const base::Error &error);
 
 } // namespace controls

@@ -39,26 +39,19 @@ void RichTextBox::setText(const QString &text)
     start.setBlockCharFormat({});
     setTextCursor(start);
     setPlainText(text);
-    m_text = text;
 }
 
 RichTextBox::Range RichTextBox::all() const
 {
-    return {0, static_cast<int>(m_text.size())};
-}
-
-/// The document counts a line break as one character, so every CR before `position` takes one off.
-int RichTextBox::documentPosition(int position) const
-{
-    const QStringView before = QStringView(m_text).left(position);
-    return static_cast<int>(before.size() - before.count(u'\r'));
+    return {0, document()->characterCount() - 1}; // the last one ends the document
 }
 
 QTextCursor RichTextBox::cursorOver(Range range) const
 {
     QTextCursor cursor(document());
-    cursor.setPosition(documentPosition(range.start));
-    cursor.setPosition(documentPosition(range.start + range.length), QTextCursor::KeepAnchor);
+    const int end = all().length;
+    cursor.setPosition(std::min(range.start, end));
+    cursor.setPosition(std::min(range.start + range.length, end), QTextCursor::KeepAnchor);
     return cursor;
 }
 

@@ -5,13 +5,13 @@
 namespace controls {
 
 /// A display of styled text, which the user can neither change nor select. Tab gives it the focus, a click
-/// does not. Line breaks are CR LF; a position counts both characters.
+/// does not.
 class RichTextBox : public QTextEdit
 {
     Q_OBJECT
 
 public:
-    /// A run of characters. What lies past the end of the text is left out.
+    /// A run of characters, a line break counting as one. What lies past the end of the text is left out.
     struct Range
     {
         int start = 0;
@@ -50,13 +50,11 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    int documentPosition(int position) const;
     QTextCursor cursorOver(Range range) const;
     void merge(Range range, const QTextCharFormat &format);
     bool scrolls() const;
     void matchScrolling();
 
-    QString m_text; // with CR LF
     RichTextBox *m_leader = nullptr;
 };
 

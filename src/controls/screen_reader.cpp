@@ -18,9 +18,9 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
     auto *widget = qobject_cast<QWidget *>(object);
     if (className == QStringLiteral("controls::RichTextBox"))
         return new QAccessibleWidget(widget, QAccessible::Indicator);
-    if (className == QStringLiteral("controls::Announcer"))
+    if (className == QStringLiteral("controls::ScreenReader"))
         return new QAccessibleWidget(widget, QAccessible::StatusBar);
-    if (qobject_cast<Announcer *>(object->parent()))
+    if (qobject_cast<ScreenReader *>(object->parent()))
         return new QAccessibleWidget(widget, QAccessible::Notification);
     if (className == QStringLiteral("QWidget") && !widget->isWindow() && !widget->accessibleName().isEmpty())
         return new QAccessibleWidget(widget, QAccessible::Grouping);
@@ -29,7 +29,7 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 
 } // namespace
 
-Announcer::Announcer(QWidget *window)
+ScreenReader::ScreenReader(QWidget *window)
     : QWidget(window)
 {
     QAccessible::installFactory(makeInterface);
@@ -39,19 +39,19 @@ Announcer::Announcer(QWidget *window)
     connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *front) {
         if (front)
             m_opening.clear();
-        QTimer::singleShot(0, this, &Announcer::sayWaiting); // behind what is said of the window
+        QTimer::singleShot(0, this, &ScreenReader::sayWaiting); // behind what is said of the window
     });
 }
 
-void Announcer::say(const QString &sentence)
+void ScreenReader::say(const QString &sentence)
 {
     m_waiting += sentence;
     while (m_waiting.size() > mostWaiting)
         m_waiting.removeFirst();
-    QTimer::singleShot(0, this, &Announcer::sayWaiting);
+    QTimer::singleShot(0, this, &ScreenReader::sayWaiting);
 }
 
-void Announcer::sayWaiting()
+void ScreenReader::sayWaiting()
 {
     const bool windowsChange = m_opening && !m_opening->isActiveWindow();
     if (m_waiting.isEmpty() || windowsChange || !QApplication::activeWindow() ||
@@ -62,7 +62,7 @@ void Announcer::sayWaiting()
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
-void Announcer::tell(const QString &sentence)
+void ScreenReader::tell(const QString &sentence)
 {
     QAccessibleAnnouncementEvent event(this, sentence);
     QAccessible::updateAccessibility(&event);
@@ -70,7 +70,7 @@ void Announcer::tell(const QString &sentence)
 #else
 /// Qt has no event for this before 6.8, but AT-SPI's screen readers read out a notification that appears in a
 /// status bar. One that appears twice in quick succession is read out once, so several take turns.
-void Announcer::tell(const QString &sentence)
+void ScreenReader::tell(const QString &sentence)
 {
     QWidget *notice = m_notices[m_turn++ % m_notices.size()];
     notice->setAccessibleName(sentence);

@@ -11,12 +11,12 @@ namespace controls {
 /// Says sentences to those who hear the program through a screen reader. Nothing of it is seen, and a
 /// sentence costs next to nothing while no screen reader listens. To a screen reader it is the status bar of
 /// its window, which is read out on demand: what stands there is its accessible name.
-class Announcer : public QWidget
+class ScreenReader : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit Announcer(QWidget *window);
+    explicit ScreenReader(QWidget *window);
     /// Says a sentence once, when the running handler has ended and no question is open.
     void say(const QString &sentence);
     /// Keeps what is to be said until `window`, which is being shown, is in front: screen readers break off

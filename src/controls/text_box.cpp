@@ -23,15 +23,6 @@ Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 
 } // namespace
 
-void TextBox::deleteBut(const QString &part)
-{
-    const auto start = static_cast<int>(text().indexOf(part));
-    for (setCursorPosition(start); cursorPosition() > 0;)
-        backspace();
-    for (setCursorPosition(static_cast<int>(part.size())); text().size() > part.size();)
-        del();
-}
-
 void TextBox::setSeeThrough(bool seeThrough)
 {
     m_seeThrough = seeThrough;

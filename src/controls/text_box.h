@@ -4,6 +4,9 @@
 
 namespace controls {
 
+/// The character code of Enter.
+inline constexpr int enter = 13;
+
 /// A one-line text box that shows each typed character to its owner before it takes it.
 class TextBox : public QLineEdit
 {
@@ -13,14 +16,11 @@ public:
     using QLineEdit::QLineEdit;
     /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
     void clear() { setText({}); }
-    /// Deletes all but `part` of the text. Screen readers would say a text that is set, but nothing of what
-    /// is deleted.
-    void deleteBut(const QString &part);
     /// A see-through box has a thin outline, and shows what lies behind it while it is empty.
     void setSeeThrough(bool seeThrough);
 
 Q_SIGNALS:
-    /// A character was typed; `code` is its character code, 13 for Enter. A handler that sets it to 0
+    /// A character was typed; `code` is its character code, `enter` for Enter. A handler that sets it to 0
     /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters.
     void keyPress(int &code);
 

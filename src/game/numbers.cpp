@@ -25,7 +25,7 @@ QString boardText()
     for (int n = 1; n <= numberCount; ++n) {
         text += QString::number(n).leftJustified(cellWidth);
         if (n % numbersPerColumn == 0 && n < numberCount)
-            text += QStringLiteral("\r\n\r\n");
+            text += QStringLiteral("\n\n");
     }
     return text;
 }
@@ -33,7 +33,7 @@ QString boardText()
 QString letterColumn(int lineBreaks)
 {
     const QStringList letters = QStringView(columnLetters).toString().split(QString(), Qt::SkipEmptyParts);
-    return letters.join(QStringLiteral("\r\n").repeated(lineBreaks));
+    return letters.join(QStringLiteral("\n").repeated(lineBreaks));
 }
 
 } // namespace game

@@ -38,11 +38,11 @@ inline QChar letterOf(int n)
     return columnLetter(columnOf(n));
 }
 
-/// Where the cell of number n starts in the board text, counting from 0 and counting each CR and each LF.
-/// `n` is 1 to 75; the cell is `cellWidth` characters long.
+/// Where the cell of number n starts in the board text, counting from 0. `n` is 1 to 75; the cell is
+/// `cellWidth` characters long.
 constexpr int cellOffset(int n)
 {
-    return cellWidth * (n - 1) + 4 * columnOf(n);
+    return cellWidth * (n - 1) + 2 * columnOf(n);
 }
 
 /// The current-number label, "N33"; empty for a value outside 1 to 75.
@@ -54,10 +54,10 @@ QString spokenLabel(int n);
 /// The entry of the list of past numbers, always three characters; empty for a value outside 1 to 75.
 QString pastEntry(int n);
 
-/// All 75 cells in five lines with a blank line between them, line breaks as CR LF.
+/// All 75 cells in five lines with a blank line between them.
 QString boardText();
 
-/// The five letters, one a line, each followed by `lineBreaks` line breaks (CR LF) but the last.
+/// The five letters, each followed by `lineBreaks` line breaks but the last.
 QString letterColumn(int lineBreaks);
 
 } // namespace game

@@ -53,8 +53,8 @@ public:
     constexpr int count() const { return m_count; }
     /// `frame` is 1 to count().
     constexpr const Grid &operator[](int frame) const { return m_grids[frame]; }
-    /// The frame that a tick shows, given the number behind the one shown before.
-    constexpr int wrapped(int frame) const { return frame > m_count ? 1 : frame; }
+    /// The frame after `frame`; the first comes after the last.
+    constexpr int after(int frame) const { return frame % m_count + 1; }
 
 private:
     game::FromOne<Grid, most> m_grids{};

@@ -1,7 +1,5 @@
 #include "sapi_engine.h"
 
-#include "error.h"
-
 #include <sphelper.h>
 
 namespace speech {
@@ -13,7 +11,7 @@ namespace {
 void requireOk(HRESULT result)
 {
     if (FAILED(result))
-        throw files::Error(result, qt_error_string(result));
+        throw base::Error(result, qt_error_string(result));
 }
 
 /// What Windows calls a voice; a voice without a description goes by its id.
@@ -53,8 +51,8 @@ void SapiEngine::open()
         listen();
         requireOk(m_voice->SetAlertBoundary(SPEI_PHONEME));
         voices = listVoices();
-    } catch (const files::Error &error) {
-        Q_EMIT failed(error.number, error.description);
+    } catch (const base::Error &error) {
+        Q_EMIT failed(error);
         return;
     }
     Q_EMIT opened(voices);
@@ -88,8 +86,8 @@ try {
         requireOk(m_voice->SetVoice(m_tokens.at(static_cast<std::size_t>(*text.voice)).Get()));
     requireOk(m_voice->SetRate(text.rate));
     requireOk(m_voice->Speak(text.text.toStdWString().c_str(), SPF_ASYNC | SPF_IS_NOT_XML, nullptr));
-} catch (const files::Error &error) {
-    Q_EMIT failed(error.number, error.description);
+} catch (const base::Error &error) {
+    Q_EMIT failed(error);
 }
 
 void SapiEngine::takeEvents()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "error.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -50,7 +52,7 @@ Q_SIGNALS:
     void begun();
     void ended();
     void alive();
-    void failed(int number, const QString &description);
+    void failed(const base::Error &error);
 };
 
 /// Makes a new engine, or throws Error when it is known at once that no service is installed.

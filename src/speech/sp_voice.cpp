@@ -16,7 +16,7 @@ QString withPauses(QString text)
     return text.replace(comma, QStringLiteral(", "));
 }
 
-files::Error noSuchVoice(qsizetype position)
+base::Error noSuchVoice(qsizetype position)
 {
     return {SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(position + 1)};
 }
@@ -118,17 +118,17 @@ void SpVoice::endFirst()
 {
     const Stream first = m_streams.front();
     m_streams.pop_front();
-    Q_EMIT queueShortened({});
+    Q_EMIT queueShortened(QPrivateSignal());
     post([this, first] {
         speakNext();
         Q_EMIT EndStream(first.number, first.text.size());
     });
 }
 
-void SpVoice::signalFailure(const files::Error &error)
+void SpVoice::signalFailure(const base::Error &error)
 {
-    Q_EMIT queueShortened({});
-    post([this, error] { Q_EMIT Failed(error.number, error.description); });
+    Q_EMIT queueShortened(QPrivateSignal());
+    post([this, error] { Q_EMIT Failed(error); });
 }
 
 // ---- The engine ----
@@ -141,9 +141,7 @@ void SpVoice::openEngine()
     connect(engine, &SpEngine::begun, this, &SpVoice::textBegan);
     connect(engine, &SpEngine::ended, this, &SpVoice::textEnded);
     connect(engine, &SpEngine::alive, this, [this] { m_unanswered = 0; });
-    connect(engine, &SpEngine::failed, this, [this](int number, const QString &description) {
-        engineFailed({number, description});
-    });
+    connect(engine, &SpEngine::failed, this, &SpVoice::engineFailed);
     startTimeout(m_timeouts.toOpen);
     QTimer::singleShot(m_timeouts.beforeOpening, engine, &SpEngine::open);
 }
@@ -160,7 +158,7 @@ void SpVoice::engineOpened(const QStringList &voices)
     speakNext();
 }
 
-void SpVoice::engineFailed(const files::Error &error)
+void SpVoice::engineFailed(const base::Error &error)
 {
     m_pingTimer.stop();
     m_speaking = false;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "error.h"
 #include "sp_engine.h"
 
 #include <QTimer>
@@ -65,7 +64,7 @@ Q_SIGNALS:
     void VoicesKnown();
     void EndStream(int StreamNumber, const QVariant &StreamPosition);
     /// Texts were lost, or the service could not be opened although no text wanted it yet.
-    void Failed(int number, const QString &description);
+    void Failed(const base::Error &error);
     void queueShortened(QPrivateSignal);
 
 private:
@@ -76,14 +75,14 @@ private:
 
     void openEngine();
     void engineOpened(const QStringList &voices);
-    void engineFailed(const files::Error &error);
+    void engineFailed(const base::Error &error);
     void waitFor(int number);
     void speakNext();
     void speakFirst();
     void textBegan();
     void textEnded();
     void endFirst();
-    void signalFailure(const files::Error &error);
+    void signalFailure(const base::Error &error);
     void startTimeout(std::chrono::milliseconds time);
     void ping();
     template <typename Function>

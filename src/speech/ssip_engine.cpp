@@ -1,6 +1,5 @@
 #include "ssip_engine.h"
 
-#include "error.h"
 #include "voice_language.h"
 
 #include <QFile>
@@ -33,8 +32,8 @@ QString socketPath()
     const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
     const QString scheme = QStringLiteral("unix_socket");
     if (!address.isEmpty() && address.section(u':', 0, 0) != scheme)
-        throw files::Error(SpNotInstalled,
-                           QStringLiteral("Speech service at an unknown kind of address: ") + address);
+        throw base::Error(SpNotInstalled,
+                          QStringLiteral("Speech service at an unknown kind of address: ") + address);
     QString path = address.section(u':', 1);
     if (!path.isEmpty())
         return path;
@@ -95,7 +94,7 @@ SsipEngine::SsipEngine()
     , m_socket(connectedSocket(m_address))
 {
     if (m_socket < 0 && serviceCommand().isEmpty())
-        throw files::Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
+        throw base::Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
     connect(&m_incoming, &QSocketNotifier::activated, this, &SsipEngine::receive);
 }
 
@@ -137,7 +136,7 @@ void SsipEngine::connectionFailed()
     const bool startFailed = m_starter->state() == QProcess::NotRunning &&
                              (m_starter->error() == QProcess::FailedToStart || m_starter->exitCode() != 0);
     if (startFailed && --m_triesLeft == 0)
-        Q_EMIT failed(SpNotInstalled, startError());
+        Q_EMIT failed({SpNotInstalled, startError()});
     else
         QTimer::singleShot(retryPause, this, &SsipEngine::open);
 }
@@ -299,7 +298,7 @@ void SsipEngine::receive()
         readLines();
     } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
         m_incoming.setEnabled(false);
-        Q_EMIT failed(SpLost, QStringLiteral("The speech service was lost."));
+        Q_EMIT failed({SpLost, QStringLiteral("The speech service was lost.")});
     }
 }
 
@@ -335,7 +334,7 @@ void SsipEngine::finishCommand(const Reply &reply)
     const Command command = m_commands.front();
     constexpr int firstRefusal = 300;
     if (reply.code >= firstRefusal && command.line != listOfVoices)
-        Q_EMIT failed(reply.code, QString::fromUtf8(reply.text));
+        Q_EMIT failed({reply.code, QString::fromUtf8(reply.text)});
     else if (command.done)
         command.done(reply);
     m_commands.pop_front();

@@ -1,6 +1,5 @@
 #include "announcement.h"
 
-#include "error.h"
 #include "phrases.h"
 
 using speech::SpVoice;
@@ -19,17 +18,17 @@ void Announcement::createVoice()
     connect(V.get(), &SpVoice::Failed, this, &Announcement::Failed);
 }
 
-QString Announcement::firstPhrase(int n)
+QString Announcement::begin(int n)
 {
-    return sCallPhrase = voice::firstPhrase(n);
+    return sCallPhrase = firstPhrase(n);
 }
 
 void Announcement::speak(const QString &phrase)
 {
     if (!V)
-        throw files::Error(speech::SpNotInstalled, QStringLiteral("There is no voice to speak with."));
-    if (!m_choice.VoiceIndex.isEmpty())
-        V->setVoice(m_choice.VoiceIndex.toInt());
+        throw base::Error(speech::SpNotInstalled, QStringLiteral("There is no voice to speak with."));
+    if (m_choice.VoiceIndex)
+        V->setVoice(*m_choice.VoiceIndex);
     V->setRate(m_choice.VoiceRate);
     V->Speak(phrase, SpVoice::SVSFlagsAsync);
 }

@@ -7,8 +7,8 @@ namespace voice {
 /// The voice and the speed of the spoken calls, chosen for the rest of the run.
 struct VoiceChoice
 {
-    /// Position in the list of installed voices, as decimal text; empty for the default voice.
-    QString VoiceIndex;
+    /// Position in the list of installed voices, from 0; none for the default voice.
+    std::optional<int> VoiceIndex;
     /// Speaking rate, -10 to 10.
     int VoiceRate = 0;
 };
@@ -23,18 +23,18 @@ public:
     /// `choice` is read at each phrase and must live as long as this.
     explicit Announcement(const VoiceChoice &choice);
 
-    /// Creates the voice. Throws files::Error when no speech service is installed; nothing can be said then.
+    /// Creates the voice. Throws base::Error when no speech service is installed; nothing can be said then.
     void createVoice();
-    /// The first phrase of number `n`, 1 to 75, which is now the number being announced.
-    QString firstPhrase(int n);
-    /// Queues a phrase behind those not spoken yet. Throws files::Error when it cannot be spoken.
+    /// Begins the announcement of number `n`, 1 to 75, and returns its first phrase.
+    QString begin(int n);
+    /// Queues a phrase behind those not spoken yet. Throws base::Error when it cannot be spoken.
     void speak(const QString &phrase);
-    /// What is to be said now that a phrase has been spoken: behind a first phrase its follow-up.
+    /// What is to be said now that a phrase has been spoken: after a first phrase its follow-up.
     std::optional<QString> nextPhrase();
 
 Q_SIGNALS:
     void EndStream(int StreamNumber, const QVariant &StreamPosition);
-    void Failed(int number, const QString &description);
+    void Failed(const base::Error &error);
 
 private:
     const VoiceChoice &m_choice;

@@ -2,7 +2,6 @@
 
 #include "delayed_input.h"
 #include "design_table.h"
-#include "error.h"
 #include "message_box.h"
 
 #include <QLabel>
@@ -59,7 +58,7 @@ void frmVoices::Form_Load()
 {
     try {
         oVoice = std::make_unique<SpVoice>();
-    } catch (const files::Error &error) {
+    } catch (const base::Error &error) {
         controls::reportError(parentWidget(), error);
         return;
     }
@@ -67,9 +66,8 @@ void frmVoices::Form_Load()
         if (List1->count() == 0)
             List1->addItems(oVoice->GetVoices());
     });
-    connect(oVoice.get(), &SpVoice::Failed, this, [this](int number, const QString &description) {
-        controls::reportError(this, {number, description});
-    });
+    connect(oVoice.get(), &SpVoice::Failed, this,
+            [this](const base::Error &error) { controls::reportError(this, error); });
 }
 
 void frmVoices::cListen_Click()
@@ -86,7 +84,7 @@ void frmVoices::cSave_Click()
 {
     if (!voiceSelected())
         return;
-    m_choice.VoiceIndex = QString::number(List1->currentRow());
+    m_choice.VoiceIndex = List1->currentRow();
     m_choice.VoiceRate = Slider1->value();
     close();
 }

@@ -38,8 +38,8 @@ constexpr struct { double points; QRgb color; } steps[] = {
 
 constexpr int lastStep = 6;
 constexpr QRgb cyan = 0xFF00FFFF;
-constexpr controls::RichTextBox::Range lineBreak{0, 2};
-constexpr controls::RichTextBox::Range word{2, 5};
+constexpr controls::RichTextBox::Range lineBreak{0, 1};
+constexpr controls::RichTextBox::Range word{1, 5};
 
 } // namespace
 
@@ -73,7 +73,7 @@ void frmBingo::Form_Load()
 void frmBingo::fill(const QRect &area)
 {
     setGeometry(area);
-    RTB1->setText(QStringLiteral("\r\nBINGO"));
+    RTB1->setText(QStringLiteral("\nBINGO"));
     setWord(250.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);
     RTB1->setColor(word, cyan);

@@ -97,7 +97,7 @@ QAction *frmHelp::buildCommand(const char *name, const char *caption)
 
 void frmHelp::Form_Load()
 {
-    if (const auto text = files::readTextFile(m_folder + QDir::separator() + QStringLiteral("help.txt")))
+    if (const auto text = base::readTextFile(m_folder + QDir::separator() + QStringLiteral("help.txt")))
         showText(*text);
     else
         controls::notice(parentWidget(), QStringLiteral("Help file missing"));

@@ -30,7 +30,7 @@ struct FakeSpeech
     {
         return [this]() -> std::unique_ptr<speech::SpEngine> {
             if (!isInstalled)
-                throw files::Error(speech::SpNotInstalled, "No speech service is installed.");
+                throw base::Error(speech::SpNotInstalled, "No speech service is installed.");
             engine = new Engine;
             engine->service = this;
             return std::unique_ptr<speech::SpEngine>(engine);

@@ -13,11 +13,6 @@
 
 inline double nextFraction = 0.5; ///< what the next draws draw with
 
-double board::randomFraction()
-{
-    return nextFraction;
-}
-
 inline void writeFile(const QString &path, const QByteArray &content)
 {
     QFile file(path);
@@ -45,6 +40,7 @@ public:
     explicit Room(bool hasSettings = false)
     {
         nextFraction = 0.5;
+        game::randomFraction = [] { return nextFraction; };
         if (!hasSettings && !modMain::SettingsPath.isEmpty())
             QFile::remove(modMain::SettingsPath);
         speech::SpVoice::setSystemEngine(speech.factory());
@@ -222,13 +218,16 @@ private:
             {"soon",
              [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
             {"?", [&] { boxes += '(' + look() + ')'; }},
-            {"voice", [&] { modMain::Voice.VoiceIndex = rest; }}, // the choice
+            {"voice", [&] { modMain::Voice.VoiceIndex = rest.toInt(); }}, // the choice
             {"throw", [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("out of paper"); }); }},
             {"none", [&] { speech.isInstalled = false; }},
             {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
             {"~", [&] { await(); }},                          // until something is said
             {".", [&] { speech.engine ? speech.engine->ended() : void(); }},
-            {"gone", [&] { speech.engine ? speech.engine->failed(-7, "it went away") : void(); }},
+            {"gone",
+             [&] {
+                 speech.engine ? speech.engine->failed({-7, "it went away"}) : void();
+             }},
         };
         const QStringList ends = step.split('-');
         if (words.contains(word))

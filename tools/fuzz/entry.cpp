@@ -45,8 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const std::optional<double> value = numberByLibrary(text);
-    Q_ASSERT(files::parseNumber(text) == value);
-    Q_ASSERT(board::calledBy(text) == calledBy(value));
-    Q_ASSERT(board::withoutLetter(u'n' + text) == text.left(2));
+    Q_ASSERT(base::parseNumber(text) == value);
+    Q_ASSERT(game::calledBy(text) == calledBy(value));
+    Q_ASSERT(game::calledBy(u'n' + text) == calledBy(numberByLibrary(text.left(2))));
     return 0;
 }

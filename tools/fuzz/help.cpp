@@ -8,9 +8,9 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const QString text = files::decodedText(bytes);
+    const QString text = base::decodedText(bytes);
     Q_ASSERT(text.size() <= bytes.size());
     Q_ASSERT(!text.isValidUtf16() || text.startsWith(QChar::ByteOrderMark) ||
-             files::decodedText(text.toUtf8()) == text);
+             base::decodedText(text.toUtf8()) == text);
     return 0;
 }

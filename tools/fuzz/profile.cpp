@@ -46,14 +46,14 @@ bool isPartOf(QByteArrayView part, const QByteArray &value)
 void setAndCompare(const QByteArray &content, const QByteArray &section, const QByteArray &key,
                    const QByteArray &value)
 {
-    const QByteArray after = files::withValue(content, section, key, value);
+    const QByteArray after = base::withValue(content, section, key, value);
     const QByteArray stored = QByteArray(value).replace('\r', ' ').replace('\n', ' ');
-    Q_ASSERT(files::findValue(after, section, key) == stored);
-    Q_ASSERT(files::withValue(after, section, key, value) == after);
+    Q_ASSERT(base::findValue(after, section, key) == stored);
+    Q_ASSERT(base::withValue(after, section, key, value) == after);
 
     const auto differs = std::mismatch(content.begin(), content.end(), after.begin(), after.end()).first;
     qsizetype start = differs - content.begin();
-    if (const auto old = files::findValue(content, section, key)) {
+    if (const auto old = base::findValue(content, section, key)) {
         // Bytes that are alike leave more than one place where the change can have begun.
         const auto isInside = [&, value = *old](qsizetype from) {
             const auto [removed, inserted] = difference(content, after, from);
@@ -72,8 +72,8 @@ void setAndCompare(const QByteArray &content, const QByteArray &section, const Q
     for (const QByteArrayView otherSection : names) {
         for (const QByteArrayView otherKey : names) {
             if (!sameName(otherSection, section) || !sameName(otherKey, key))
-                Q_ASSERT(files::findValue(after, otherSection, otherKey) ==
-                         files::findValue(content, otherSection, otherKey));
+                Q_ASSERT(base::findValue(after, otherSection, otherKey) ==
+                         base::findValue(content, otherSection, otherKey));
         }
     }
 }

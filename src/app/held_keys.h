@@ -6,7 +6,7 @@ class QEvent;
 class QKeyEvent;
 class QObject;
 
-namespace controls {
+namespace app {
 
 /// Makes a key that is held act once, in all windows of the application: Enter, Esc, Space, letters and signs
 /// do not repeat. Digits do, and so do the keys that move or erase.
@@ -24,4 +24,4 @@ private:
     quint64 m_releaseTime = 0;
 };
 
-} // namespace controls
+} // namespace app

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace controls {
+namespace app {
 
 DoubleClickFilter::DoubleClickFilter(QCoreApplication &application)
 {
@@ -30,4 +30,4 @@ bool DoubleClickFilter::eventFilter(QObject *watched, QEvent *event)
     }
 }
 
-} // namespace controls
+} // namespace app

@@ -5,7 +5,7 @@
 
 class QCoreApplication;
 
-namespace controls {
+namespace app {
 
 /// Takes the second click of a double click away from a window that did not get the first. That one closed
 /// the window above or opened this one, so the user did not aim at what lies here. Install on the
@@ -25,4 +25,4 @@ private:
     bool m_takesRelease = false;
 };
 
-} // namespace controls
+} // namespace app

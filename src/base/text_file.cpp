@@ -5,7 +5,7 @@
 #include <QOperatingSystemVersion>
 #include <QStringDecoder>
 
-namespace files {
+namespace base {
 
 namespace {
 
@@ -48,4 +48,4 @@ std::optional<QString> readTextFile(const QString &path)
            QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
 }
 
-} // namespace files
+} // namespace base

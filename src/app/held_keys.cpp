@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
 
-namespace controls {
+namespace app {
 
 namespace {
 
@@ -58,4 +58,4 @@ bool HeldKeys::isRepeat(const QKeyEvent &press) const
     return !isCopy(press) && press.key() == m_releasedKey && press.timestamp() == m_releaseTime;
 }
 
-} // namespace controls
+} // namespace app

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace files {
+namespace base {
 
 // A profile is a text file of sections "[Name]" and, below each, keys "Name=value", in 8-bit characters of
 // the system code page. Names match without regard to ASCII case; the first section and in it the first key
@@ -23,4 +23,4 @@ std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView secti
 /// or ends with blanks, or stands in quotes, is put into a pair of quotes of its own.
 QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView key, QByteArrayView value);
 
-} // namespace files
+} // namespace base

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-namespace files {
+namespace base {
 
 std::optional<double> parseNumber(const QString &text)
 {
@@ -13,4 +13,4 @@ std::optional<double> parseNumber(const QString &text)
     return text.toDouble();
 }
 
-} // namespace files
+} // namespace base

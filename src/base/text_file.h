@@ -6,7 +6,7 @@
 #include <optional>
 
 /// Files that somebody wrote with some program in some encoding.
-namespace files {
+namespace base {
 
 /// No more of a text is read, in bytes.
 inline constexpr qsizetype longestText = 4'194'304;
@@ -23,4 +23,4 @@ std::optional<QByteArray> readBytes(const QString &path, qint64 most);
 /// says so.
 std::optional<QString> readTextFile(const QString &path);
 
-} // namespace files
+} // namespace base

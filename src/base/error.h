@@ -5,7 +5,7 @@
 #include <exception>
 #include <utility>
 
-namespace files {
+namespace base {
 
 /// A failure of something that the desktop provides, as the operator is told of it. The number is never 0.
 struct Error : std::exception
@@ -20,4 +20,4 @@ struct Error : std::exception
     QString description;
 };
 
-} // namespace files
+} // namespace base

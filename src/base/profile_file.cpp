@@ -1,6 +1,6 @@
 #include "profile_file.h"
 
-namespace files {
+namespace base {
 
 namespace {
 
@@ -91,4 +91,4 @@ QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView 
     return content.insert(place.at, behindOpenLine ? lineEnd + added : added + lineEnd);
 }
 
-} // namespace files
+} // namespace base
