@@ -9,22 +9,15 @@ target_compile_definitions(vellomir_options INTERFACE
     VELLOMIR_NAME="${PROJECT_NAME}"
     VELLOMIR_VERSION="${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
 
-if(MSVC)
-    target_compile_options(vellomir_options INTERFACE /W4 /permissive- /utf-8)
-    if(VELLOMIR_WERROR)
-        target_compile_options(vellomir_options INTERFACE /WX)
-    endif()
-else()
-    target_compile_options(vellomir_options INTERFACE
-        -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
-    if(VELLOMIR_WERROR)
-        target_compile_options(vellomir_options INTERFACE -Werror)
-    endif()
-    if(VELLOMIR_SANITIZE)
-        target_compile_options(vellomir_options INTERFACE
-            -fsanitize=${VELLOMIR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
-        target_link_options(vellomir_options INTERFACE -fsanitize=${VELLOMIR_SANITIZE})
-    endif()
-    # A library that is named but not used costs start-up time and memory.
-    target_link_options(vellomir_options INTERFACE -Wl,--as-needed)
+# For gcc and clang, which compile the program for Linux and for Windows.
+target_compile_options(vellomir_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(VELLOMIR_WERROR)
+    target_compile_options(vellomir_options INTERFACE -Werror)
 endif()
+if(VELLOMIR_SANITIZE)
+    target_compile_options(vellomir_options INTERFACE
+        -fsanitize=${VELLOMIR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(vellomir_options INTERFACE -fsanitize=${VELLOMIR_SANITIZE})
+endif()
+# A library that is named but not used costs start-up time and memory.
+target_link_options(vellomir_options INTERFACE -Wl,--as-needed)
