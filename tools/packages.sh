@@ -45,6 +45,7 @@ packages_fuzz=(
 packages_lint=(
     clang-format
     clang-tidy
+    shellcheck
 )
 
 # tests/tst_windows.cpp reads what was printed.
