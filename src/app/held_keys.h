@@ -13,7 +13,7 @@ namespace app {
 class HeldKeys
 {
 public:
-    /// To be shown every event of the application. True for a press that must go no further.
+    /// Call this for every event of the application. True for a key press that no window may get.
     bool swallows(const QObject &receiver, const QEvent &event);
 
 private:

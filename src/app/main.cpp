@@ -23,7 +23,7 @@ QIcon programIcon()
     return icon;
 }
 
-/// Where no window can be opened: one line in place of Qt's several, and no abort.
+/// Ends the program where no window can be opened, with one line in place of Qt's several and its abort.
 void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
 {
     if (type != QtFatalMsg)

@@ -33,9 +33,9 @@ bool replaceFile(const QString &path, const QByteArray &content)
            file.commit();
 }
 
-/// Writes into the file that is there, for a folder that takes no new file. The old bytes come back when the
-/// new ones do not fit. Nothing is cut off first, so that a crash leaves the new bytes, at worst with an old
-/// end behind them.
+/// Writes into the existing file, for a folder in which no new file can be made. When the new bytes do not
+/// fit, the old ones are written back. The file is shortened last: a crash before that leaves the new bytes
+/// followed by the end of the old ones.
 bool overwriteFile(const QString &path, const QByteArray &content, const QByteArray &former)
 {
     QFile file(path);

@@ -11,8 +11,8 @@ namespace base {
 // of a name count. Blanks around names and values mean nothing, nor does one pair of quotes, " or ', around a
 // value. Lines that begin with ";" and lines above the first section are passed over.
 //
-// The names that are handed in must be such as can stand in a profile: no line break, no "]" in a section's,
-// no "=" in a key's, no ";" or "[" to begin with.
+// Names given to these functions contain no line break and do not begin with ";" or "["; the name of a
+// section contains no "]", that of a key no "=".
 
 /// The value of a key, as bytes; nothing when `content` has no such section or key in it. Takes any bytes.
 std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView section, QByteArrayView key);

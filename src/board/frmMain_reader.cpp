@@ -78,16 +78,16 @@ void frmMain::describeCalls()
     RTB4->setAccessibleDescription(listed(past));
 }
 
-/// Has the names follow the record in a moment. By then the focus has left the control that was pressed,
-/// whose new name a screen reader would say, too.
+/// Renames the controls in a moment. By then the focus has left the control that was pressed: a screen reader
+/// would read out its new name, too.
 void frmMain::nameSoon()
 {
     if (!m_naming->isActive())
         m_naming->start();
 }
 
-/// Gives up to `most` controls the names that they have not yet. A few at a time while the window is shown: a
-/// screen reader that has fifty events before it drops what is to be said.
+/// Names up to `most` controls by what they show now. While the window is shown only a few at a time: a
+/// screen reader with fifty events in its queue drops the sentences that follow.
 void frmMain::nameByState(int most)
 {
     int left = most;

@@ -34,7 +34,7 @@ public:
     /// The colour of the character at `position`; black where nothing else was set.
     QRgb colorAt(int position) const;
 
-    /// Sets the font of all text that has been given no other size.
+    /// Sets the font of the text; where setFontSize set a size, that stays.
     void setBaseFont(const QFont &font);
     void setBackColor(QRgb color);
 

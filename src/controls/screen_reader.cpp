@@ -39,7 +39,7 @@ ScreenReader::ScreenReader(QWidget *window)
     connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *front) {
         if (front)
             m_opening.clear();
-        QTimer::singleShot(0, this, &ScreenReader::sayWaiting); // behind what is said of the window
+        QTimer::singleShot(0, this, &ScreenReader::sayWaiting); // after what is said of the window
     });
 }
 

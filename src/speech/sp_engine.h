@@ -31,7 +31,7 @@ struct SpText
 
 /// One connection to a speech service, as small as SpVoice needs it: it speaks one text at a time and keeps
 /// neither a queue nor a clock. No function waits for the service. After failed() an engine is only
-/// destroyed; that silences its own text and no other program's.
+/// destroyed, which silences its own text but not that of other programs.
 class SpEngine : public QObject
 {
     Q_OBJECT

@@ -100,7 +100,7 @@ SsipEngine::SsipEngine()
 
 SsipEngine::~SsipEngine()
 {
-    // A starter still at work is left alone: killed half-way, it would leave half a service behind.
+    // A starter still at work goes on: killed half-way, it would leave half a service running.
     if (m_starter && m_starter->state() != QProcess::NotRunning) {
         QProcess *starter = m_starter.release();
         connect(starter, &QProcess::finished, starter, &QObject::deleteLater);
@@ -302,8 +302,8 @@ void SsipEngine::receive()
     }
 }
 
-/// A message is lines "123-text" and a last line "123 text", with CR LF behind each. A list of voices can
-/// have many thousands.
+/// A message is lines "123-text" and a last line "123 text", each ending in CR LF. A list of voices can have
+/// many thousands.
 void SsipEngine::readLines()
 {
     qsizetype start = 0;

@@ -27,7 +27,7 @@ public:
     void createVoice();
     /// Begins the announcement of number `n`, 1 to 75, and returns its first phrase.
     QString begin(int n);
-    /// Queues a phrase behind those not spoken yet. Throws base::Error when it cannot be spoken.
+    /// Queues a phrase after those not spoken yet. Throws base::Error when it cannot be spoken.
     void speak(const QString &phrase);
     /// What is to be said now that a phrase has been spoken: after a first phrase its follow-up.
     std::optional<QString> nextPhrase();

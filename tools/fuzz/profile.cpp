@@ -26,7 +26,7 @@ bool sameName(QByteArrayView one, QByteArrayView other)
     return one.trimmed().compare(other.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-/// What `before` has and `after` has instead of it, behind `start` common bytes and without those that are
+/// What `before` has and `after` has instead of it, after `start` common bytes and without those that are
 /// common at the end.
 std::pair<QByteArrayView, QByteArrayView> difference(QByteArrayView before, QByteArrayView after,
                                                      qsizetype start)
