@@ -14,7 +14,8 @@ import unittest
 from pathlib import Path
 from signal import SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM
 
-from support.desktop import Program, has, key, manage_windows, run, taskbar, wait_until
+from gi.repository import Gio, GLib
+from support.desktop import Program, has, is_blank, key, manage_windows, run, taskbar, wait_until
 
 PROGRAM = Path(sys.argv.pop(1)).resolve()
 UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
@@ -59,6 +60,10 @@ HEARD = [
     ("Down", r"Shaddow Buttons checked\."),
     ("Return", "return", ENTRY, r"Shaddow Buttons, not checked\."),
 ]
+
+SCREEN_SAVER = """<node><interface name="org.freedesktop.ScreenSaver">
+<method name="Inhibit"><arg type="s"/><arg type="s"/><arg type="u" direction="out"/></method>
+<method name="UnInhibit"><arg type="u"/></method></interface></node>"""
 
 CALLS = {
     "B 4": ("Bee, 4", "And After"),
@@ -232,6 +237,37 @@ class Outside(unittest.TestCase):
             ended = subprocess.run([PROGRAM], env=environment, capture_output=True, text=True, timeout=30, check=False)
             self.assertGreater(ended.returncode, 0, "ended by a signal, or as if all were well")
             self.assertRegex(ended.stderr, r"\Avellomir: .*display.*\n\Z")
+
+    # ---- The screen
+
+    def test_screen(self):
+        """The server is asked to keep it on, and the desktop, whether that answers or not, until the program ends."""
+        asked = []
+
+        def answer(_bus, _sender, _path, _interface, method, arguments, call):
+            asked.append((method, arguments[0]))
+            call.return_value(GLib.Variant("(u)", [33]) if method == "Inhibit" else None)
+
+        def is_asked(*calls):
+            GLib.MainContext.default().iteration(False)
+            return asked[-len(calls) :] == list(calls)
+
+        bus, interface = Gio.bus_get_sync(Gio.BusType.SESSION), Gio.DBusNodeInfo.new_for_xml(SCREEN_SAVER).interfaces[0]
+        bus.register_object("/org/freedesktop/ScreenSaver", interface, answer, None, None)
+        self.addCleanup(Gio.bus_unown_name, Gio.bus_own_name_on_connection(bus, interface.name, 0, None, None))
+        self.addCleanup(run, "xset", "s", "default")
+        run("xset", "s", 2)
+        with self.start() as program:  # which is killed
+            wait_until(is_blank, "a blank screen before the first call")
+            program.click("Auto Draw Every").the("Balls Called: 2")
+            self.assertFalse(is_blank())
+        wait_until(is_blank, "a blank screen after the end")
+        wait_until(lambda: is_asked(("Inhibit", "Vellomir")), "the question of the killed program")
+        with self.play() as program:
+            program.click("Auto Draw Every")
+            wait_until(lambda: is_asked(*[("Inhibit", "Vellomir")] * 2), "another question")
+            program.the("Balls Called: 1")
+        wait_until(lambda: is_asked(("Inhibit", "Vellomir"), ("UnInhibit", 33)), "its end")
 
     # ---- Speech
 

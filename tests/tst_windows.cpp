@@ -93,6 +93,30 @@ private Q_SLOTS:
         QCOMPARE(room.look(), "1 B9 red 9");
     }
 
+    /// While numbers are called by themselves, for half an hour after each call, and no longer than the
+    /// window is there.
+    void screenIsKeptOn()
+    {
+        Room room;
+        auto *halfHour = room.find<QTimer>("afterCall");
+        QCOMPARE(halfHour->interval(), 30 * 60 * 1000);
+        QString seen;
+        for (const QString step :
+             {"p2",  "chkAutoCall", "cPause", "cPause",      "s2",     "cPause", "half",
+              "9",   "9:Y",         "half",   "'r",          "cPause", "half",   "cmdClear:N",
+              "'1/", "half",        "cPause", "chkAutoCall", "half",   "'2/"}) {
+            step == "half" ? room.tick(halfHour) : room.play(step);
+            seen += step + (screenStaysOn ? " on, " : " off, ");
+        }
+        QCOMPARE(seen,
+                 "p2 off, chkAutoCall on, cPause off, cPause on, s2 on, cPause on, half off, 9 on, 9:Y on, "
+                 "half off, 'r on, cPause on, half on, cmdClear:N off, '1/ on, half off, cPause on, "
+                 "chkAutoCall off, "
+                 "half off, '2/ on, ");
+        room.end();
+        QVERIFY(!screenStaysOn);
+    }
+
     void help()
     {
         writeHelp("Caf\xE9\n\n" + QByteArray("word ").repeated(1000) + QByteArray(200, '\n'));

@@ -9,6 +9,7 @@ packages_build=(
     ninja-build
     qt6-base-dev
     libxcb1-dev
+    libxcb-screensaver0-dev
 )
 
 # What the running program wants beside the libraries that it is linked with.
@@ -26,6 +27,8 @@ packages_desktop=(
     openbox
     xdotool
     x11-utils
+    x11-xserver-utils # xset
+    libxss1 # whether the screen is blank
     imagemagick # pictures: tools/picture
     dbus-daemon
     at-spi2-core

@@ -9,6 +9,7 @@
 #include "frmVoices.h"
 #include "label.h"
 #include "rich_text_box.h"
+#include "screen_awake.h"
 #include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
@@ -40,11 +41,16 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     Timer2 = buildTimer("Timer2", 1000);
     m_naming = buildTimer("naming", 100);
     m_naming->setSingleShot(true);
+    m_afterCall = buildTimer("afterCall", 30 * 60 * 1000);
+    m_afterCall->setSingleShot(true);
     wire();
     Form_Load();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    os::keepScreenOn(false);
+}
 
 void frmMain::buildControls()
 {

@@ -173,6 +173,12 @@ private:
     int iAutoCallLeft = 0;    // ticks to the next automatic draw
     QTimer *Timer2 = nullptr; // runs while numbers are called automatically and not paused
 
+    // ---- board/frmMain_screen.cpp: the screen stays on while numbers are called ------------------
+    bool needsScreen() const;
+    void keepScreenOn();
+
+    QTimer *m_afterCall = nullptr; // runs for 30 minutes from each call
+
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
     void Speak(const QString &text);
     void V_EndStream(int StreamNumber, const QVariant &StreamPosition);

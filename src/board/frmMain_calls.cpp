@@ -58,6 +58,8 @@ void frmMain::callNumber(int n)
     editLastPress(n);
     // All that waits to be painted is painted now, before anything is spoken.
     QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
+    m_afterCall->start();
+    keepScreenOn();
     if (chkMakeVoiceCall->isChecked())
         Speak(m_announcement.begin(n));
     else

@@ -37,6 +37,7 @@ void frmMain::setAutoCall(AutoCall state)
     if (!runs) // else the next tick writes it
         lblAutoCall->setCaption(state == AutoCall::Paused ? QStringLiteral("Paused") : QString());
     lblAutoCall->repaint();
+    keepScreenOn();
     sayAutoCall();
 }
 

@@ -21,6 +21,7 @@ void frmMain::wire()
     connect(cPause, &QPushButton::clicked, this, &frmMain::cPause_Click);
     connect(chkAutoCall, &QCheckBox::clicked, this, &frmMain::chkAutoCall_Click);
     connect(Timer2, &QTimer::timeout, this, &frmMain::Timer2_Timer);
+    connect(m_afterCall, &QTimer::timeout, this, &frmMain::keepScreenOn);
 
     connect(cmdClear, &QPushButton::clicked, this, &frmMain::cmdClear_Click);
     connect(cBingo, &QPushButton::clicked, this, &frmMain::cBingo_Click);

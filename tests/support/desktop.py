@@ -2,6 +2,7 @@
 as a screen reader does: by accessible names."""
 
 import contextlib
+import ctypes
 import re
 import subprocess
 import time
@@ -45,6 +46,16 @@ def taskbar():
     windows = re.findall(r"0x\w+", run("xprop", "-root", "_NET_CLIENT_LIST"))
     listed = [w for w in windows if "SKIP_TASKBAR" not in run("xprop", "-id", w, "_NET_WM_STATE")]
     return [run("xdotool", "getwindowname", window) for window in listed]
+
+
+def is_blank():
+    """Whether the screen saver of the display is on."""
+    x, saver = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXss.so.1")
+    x.XOpenDisplay.restype = ctypes.c_void_p
+    display, info = ctypes.c_void_p(x.XOpenDisplay(None)), (ctypes.c_int * 12)()
+    saver.XScreenSaverQueryInfo(display, x.XDefaultRootWindow(display), info)
+    x.XCloseDisplay(display)
+    return info[2] == 1  # the first two are a window
 
 
 class Program:

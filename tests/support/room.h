@@ -6,12 +6,20 @@
 #include "error.h"
 #include "message_box.h"
 #include "modMain.h"
+#include "screen_awake.h"
 #include "support/fake_speech.h"
 
 #include <QtTest>
 #include <QtWidgets>
 
 inline double nextFraction = 0.5; ///< what the next draws draw with
+
+inline bool screenStaysOn = false;
+
+void os::keepScreenOn(bool on)
+{
+    screenStaysOn = on;
+}
 
 inline void writeFile(const QString &path, const QByteArray &content)
 {
