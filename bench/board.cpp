@@ -216,10 +216,8 @@ void changeFontSize(const MainWindow &w)
 /// The first call is made while the speech service is not open yet.
 void speak()
 {
-    modMain::Main();
-    QWidget *window = nullptr;
-    for (QWidget *widget : QApplication::topLevelWidgets())
-        window = widget->objectName() == QStringLiteral("frmMain") ? widget : window;
+    const auto program = modMain::Main();
+    QWidget *window = program.get();
     if (!QTest::qWaitForWindowExposed(window))
         std::exit(EXIT_FAILURE);
 

@@ -20,9 +20,8 @@ public:
     MainWindow()
     {
         speech::SpVoice::setSystemEngine(speech.factory());
-        modMain::Main();
-        for (QWidget *top : QApplication::topLevelWidgets())
-            window = top->objectName() == "frmMain" ? top : window;
+        m_program = modMain::Main();
+        window = m_program.get();
         if (!QTest::qWaitForWindowExposed(window))
             qFatal("no main window");
     }
@@ -49,4 +48,7 @@ public:
 
     FakeSpeech speech;
     QWidget *window = nullptr;
+
+private:
+    std::unique_ptr<QWidget> m_program;
 };

@@ -48,6 +48,6 @@ int main(int argc, char *argv[])
     app::Application::setQuitOnLastWindowClosed(false); // closing the main window ends the program
     controls::applyAppearance(application);
     app::Application::setWindowIcon(programIcon());
-    modMain::Main();
+    const auto window = modMain::Main();
     return app::Application::exec();
 }

@@ -52,14 +52,14 @@ void listenToSystem()
     std::atexit(saveOpenBoard); // Qt calls exit() when it loses the display
 }
 
-/// Ends the program when the window is closed.
+/// Ends the program when the window is closed. It is not deleted here: one of its handlers may be waiting for
+/// an answer.
 void endWith(frmMain *window)
 {
     QObject::connect(window, &frmMain::unloading, qApp, [window] {
         SaveSettings(*window);
         QCoreApplication::exit();
     });
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [window] { delete window; });
 }
 
 /// The folder of the programs' settings folders: "AppData" where that is set, else the desktop's.
@@ -97,12 +97,12 @@ void SaveSettings(const frmMain &window)
     WriteIni(SettingsPath, section, intervalKey, window.intervalText());
 }
 
-void Main()
+std::unique_ptr<QWidget> Main()
 {
     Voice = {};
     listenToSystem();
-    auto *window = new frmMain(Voice);
-    endWith(window);
+    auto window = std::make_unique<frmMain>(Voice);
+    endWith(window.get());
 
     const QString name = QDir::separator() + executableName();
     const QString folder = settingsBaseFolder() + name;
@@ -110,13 +110,15 @@ void Main()
         QDir().mkpath(folder);
     SettingsPath = folder + name + QStringLiteral(".ini");
     LoadSettings(*window);
-    board = window;
+    board = window.get();
 
     window->clearDisplays();
     window->BuildButts();
     window->DrawBoards();
     window->BuildDemo();
     window->show();
+    window->activateWindow(); // where no window manager does it
+    return window;
 }
 
 } // namespace modMain

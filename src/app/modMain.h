@@ -3,6 +3,9 @@
 #include "announcement.h"
 
 #include <QString>
+#include <QWidget>
+
+#include <memory>
 
 class frmMain;
 
@@ -15,8 +18,9 @@ extern QString SettingsPath;
 /// The voice and the speed of the spoken calls.
 extern voice::VoiceChoice Voice;
 
-/// Makes the main window, loads the settings, draws the empty board and shows the window.
-void Main();
+/// Makes the main window, loads the settings, draws the empty board and shows the window. Keep it until the
+/// event loop has ended.
+[[nodiscard]] std::unique_ptr<QWidget> Main();
 
 bool DirExists(const QString &path);
 

@@ -54,7 +54,7 @@ public:
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         answer();
-        modMain::Main();
+        m_program = modMain::Main();
         QTRY_VERIFY((window = qobject_cast<QMainWindow *>(QApplication::activeWindow())));
     }
     ~Room() override { end(); }
@@ -65,7 +65,7 @@ public:
             QTimer::singleShot(0, window, &QWidget::close);
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
-        QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, qApp, nullptr);
+        m_program.reset();
     }
 
     template <class Control = QWidget>
@@ -319,6 +319,7 @@ private:
                std::exchange(m_ticking, nullptr) != watched;
     }
 
+    std::unique_ptr<QWidget> m_program;
     QPointer<QMessageBox> m_answered;
     QString m_answer;
     Qt::Key m_key = Qt::Key_Escape;
