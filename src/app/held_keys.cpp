@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
+#include <QWidget>
 
 namespace app {
 
@@ -29,8 +30,13 @@ bool isCopy(const QKeyEvent &key)
 
 } // namespace
 
-bool HeldKeys::swallows(const QObject &receiver, const QEvent &event)
+bool HeldKeys::swallows(const QObject &receiver, QEvent &event)
 {
+    if (event.type() == QEvent::Close && event.spontaneous() && receiver.isWidgetType() &&
+        isHeldClose(static_cast<const QWidget &>(receiver))) {
+        event.ignore();
+        return true;
+    }
     // A window gets a key before the control that has the focus does.
     if (!receiver.isWindowType())
         return false;
@@ -46,6 +52,17 @@ bool HeldKeys::swallows(const QObject &receiver, const QEvent &event)
         m_releaseTime = release.timestamp();
     }
     return false;
+}
+
+/// Alt+F4 that is held closes a window, and then the one behind it, which gets the focus. The system says
+/// only that a window is to be closed, not how the user asked for it.
+bool HeldKeys::isHeldClose(const QWidget &window)
+{
+    constexpr qint64 pause = 1000; // milliseconds without a request, behind which a new one is meant
+    const bool isRepeat = m_sinceClose.isValid() && m_sinceClose.elapsed() < pause;
+    m_sinceClose.start();
+    const bool endsProgram = !window.parentWidget();
+    return isRepeat && endsProgram;
 }
 
 /// The X server repeats a held key by a release and a press with the same time. Qt sets isAutoRepeat only

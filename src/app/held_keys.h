@@ -1,27 +1,31 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QElapsedTimer>
 
 class QEvent;
 class QKeyEvent;
 class QObject;
+class QWidget;
 
 namespace app {
 
 /// Makes a key that is held act once, in all windows of the application: Enter, Esc, Space, letters and signs
-/// do not repeat. Digits do, and so do the keys that move or erase.
+/// do not repeat. Digits do, and so do the keys that move or erase. Alt+F4 closes the window that it was
+/// pressed on, and does not go on to the main window, which would end the game.
 class HeldKeys
 {
 public:
-    /// Call this for every event of the application. True for a key press that no window may get.
-    bool swallows(const QObject &receiver, const QEvent &event);
+    /// Call this for every event of the application. True for one that must go no further.
+    bool swallows(const QObject &receiver, QEvent &event);
 
 private:
     bool isRepeat(const QKeyEvent &press) const;
+    bool isHeldClose(const QWidget &window);
 
     // The key that was released last, and when.
     int m_releasedKey = 0;
     quint64 m_releaseTime = 0;
+    QElapsedTimer m_sinceClose; // since the system last asked a window to close
 };
 
 } // namespace app
