@@ -9,18 +9,31 @@ namespace game {
 
 namespace {
 
+/// Turkish keyboards have two letters I, and neither is that of the alphabet as Unicode folds it.
+bool isColumnLetter(QChar c)
+{
+    return QStringView(columnLetters).contains(c, Qt::CaseInsensitive) || c == u'\u0131' || c == u'\u0130';
+}
+
 QString withoutLetter(const QString &entry)
 {
-    const bool hasLetter =
-        !entry.isEmpty() && QStringView(columnLetters).contains(entry.front(), Qt::CaseInsensitive);
-    return hasLetter ? entry.mid(1, 2) : entry;
+    return !entry.isEmpty() && isColumnLetter(entry.front()) ? entry.mid(1, 2) : entry;
+}
+
+QString withLatinDigits(QString text)
+{
+    for (QChar &c : text) {
+        if (c.isDigit())
+            c = QChar(u'0' + c.digitValue());
+    }
+    return text;
 }
 
 } // namespace
 
 std::optional<int> calledBy(const QString &entry)
 {
-    const double value = base::parseNumber(withoutLetter(entry)).value_or(0.0);
+    const double value = base::parseNumber(withLatinDigits(withoutLetter(entry))).value_or(0.0);
     if (!(value > 0.0 && value < numberCount + 1))
         return std::nullopt;
     const int n = static_cast<int>(std::lrint(value));
