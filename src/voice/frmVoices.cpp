@@ -4,10 +4,13 @@
 #include "design_table.h"
 #include "message_box.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSlider>
+
+#include <algorithm>
 
 using controls::DesignRow;
 using controls::Kind;
@@ -44,6 +47,7 @@ frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
 
     List1 = controls::control<QListWidget>(this, "List1");
     List1->setAccessibleName(QStringLiteral("Select Voice"));
+    List1->installEventFilter(this);
     Slider1 = controls::control<QSlider>(this, "Slider1");
     Slider1->setAccessibleName(QStringLiteral("Select Speed"));
     Slider1->setRange(-10, 10);
@@ -68,6 +72,20 @@ void frmVoices::Form_Load()
     });
     connect(oVoice.get(), &SpVoice::Failed, this,
             [this](const base::Error &error) { controls::reportError(this, error); });
+}
+
+/// Qt makes a row the current one when the list gets the focus, and an arrow would leave it unselected.
+bool frmVoices::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || !List1->selectedItems().isEmpty() || List1->count() == 0)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    const bool isArrow = key >= Qt::Key_Left && key <= Qt::Key_Down;
+    const bool isJump =
+        key == Qt::Key_Home || key == Qt::Key_End || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+    if (isArrow || isJump)
+        List1->setCurrentRow(std::max(List1->currentRow(), 0), QItemSelectionModel::Select);
+    return isArrow;
 }
 
 void frmVoices::cListen_Click()

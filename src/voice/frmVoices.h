@@ -20,6 +20,9 @@ public:
     /// Opens the speech service, which fills the list as soon as it answers. Reports its failures.
     void Form_Load();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void cListen_Click();
     void cSave_Click();
