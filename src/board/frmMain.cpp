@@ -8,6 +8,7 @@
 #include "frmMain_design.h"
 #include "frmVoices.h"
 #include "label.h"
+#include "menu_bar.h"
 #include "rich_text_box.h"
 #include "screen_awake.h"
 #include "screen_reader.h"
@@ -15,9 +16,6 @@
 #include "text_box.h"
 
 #include <QCoreApplication>
-#include <QKeyEvent>
-#include <QMenuBar>
-#include <QShortcut>
 #include <QTimer>
 
 #include <map>
@@ -50,6 +48,7 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
 frmMain::~frmMain()
 {
     os::keepScreenOn(false);
+    m_menuBar->disconnect(this); // from here on the focus moves without the game
 }
 
 void frmMain::buildControls()
@@ -68,6 +67,8 @@ void frmMain::buildControls()
     }
     cPause->setEnabled(false);
     Text1->setSeeThrough(true);
+    // Keys act as they are pressed. An input method would hold R back, or make another letter of it.
+    Text1->setAttribute(Qt::WA_InputMethodEnabled, false);
     Text1->raise();
 }
 
@@ -133,6 +134,8 @@ void frmMain::buildMenus()
         made->setObjectName(QString::fromLatin1(name));
         return made;
     };
+    m_menuBar = new controls::MenuBar(this);
+    setMenuBar(m_menuBar);
     QMenu *mnuFile = menu("mnuFile", "File");
     mnuSpeak = item(mnuFile, "mnuSpeak", "Voice Options");
     mnuShaddow = item(mnuFile, "mnuShaddow", "Shaddow Buttons");
@@ -142,16 +145,6 @@ void frmMain::buildMenus()
     QMenu *mnuHelp2 = menu("mnuHelp2", "Help");
     mnuHelp = item(mnuHelp2, "mnuHelp", "Help");
     mnuAbout = item(mnuHelp2, "mnuAbout", "About");
-    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this, &frmMain::goToMenuBar);
-}
-
-/// Goes to the menu bar as Alt alone does, which QMenuBar knows.
-void frmMain::goToMenuBar()
-{
-    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, Qt::Key_Alt, Qt::AltModifier);
-        QCoreApplication::sendEvent(this, &event);
-    }
 }
 
 QTimer *frmMain::buildTimer(const char *name, int milliseconds)

@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <vector>
+
 #include <optional>
 
 class QAction;
@@ -22,6 +24,7 @@ class ScreenReader;
 class ColorButton;
 class ComboBox;
 class Label;
+class MenuBar;
 class RichTextBox;
 class TextBox;
 } // namespace controls
@@ -51,12 +54,12 @@ private:
     void fillBoxes();
     void nameControls();
     void buildMenus();
-    void goToMenuBar();
     QTimer *buildTimer(const char *name, int milliseconds);
     void setDesignFonts();
     void setTabOrderOfDesign();
 
     QWidget *m_client = nullptr;
+    controls::MenuBar *m_menuBar = nullptr;
     controls::Label *lblCallCnt = nullptr;
     controls::Label *lblAutoCall = nullptr;
     controls::TextBox *Text1 = nullptr;
@@ -126,11 +129,11 @@ private:
     void callNumber(int n);
     void uncallNumber(int n);
     void clearBoard();
+    std::vector<int> uncalledNumbers() const;
     /// The one writer of the called flag and the button's colour, which always agree.
     void markNumber(int n, bool called);
     void unmarkAll();
     void setCount(int count);
-    void focusAfterCall();
 
     game::FromOne<bool, game::numberCount> iCalled{}; // called, or shadowed by the pattern
     game::FromOne<int, 5> iLastCalls{};               // the newest first; 0 an empty slot
@@ -160,7 +163,18 @@ private:
     // ---- board/frmMain_entry.cpp: numbers and commands typed into Text1 --------------------------
     void Text1_KeyPress(int &KeyAscii);
     void callEntry();
+
+    // ---- board/frmMain_focus.cpp: where the next key goes ----------------------------------------
     void returnToEntry();
+    void focusAfterCall();
+    /// Moves the focus to the pause button while numbers are called automatically, else to the entry box.
+    void focusByRule();
+    void menuBar_Left();
+    /// Moves the focus. A font size that was typed and not entered does not stay behind in its box.
+    void focusOn(QWidget *control);
+
+    bool m_isTick = false;     // a tick of the countdown is running, and no action of the user
+    bool m_focusIsDue = false; // for focusByRule, when the keyboard leaves the menu bar
 
     // ---- board/frmMain_countdown.cpp: automatic calling, pause and play --------------------------
     void chkAutoCall_Click();
@@ -180,6 +194,7 @@ private:
     QTimer *m_afterCall = nullptr; // runs for 30 minutes from each call
 
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
+    void chkMakeVoiceCall_Click(bool checked);
     void Speak(const QString &text);
     void V_EndStream(int StreamNumber, const QVariant &StreamPosition);
     void ReportError(const base::Error &error);
@@ -190,7 +205,7 @@ private:
     QString stateInWords() const;
     void sayAutoCall();
     void sayPattern(int id);
-    void sayShaddow(bool checked);
+    void sayChecked(const QString &caption, bool checked);
     void describeBoard();
     void describeCalls();
     void nameSoon();

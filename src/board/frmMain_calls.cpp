@@ -13,8 +13,6 @@
 #include <QCoreApplication>
 #include <QTimer>
 
-#include <vector>
-
 void frmMain::cButt_Click(int Index)
 {
     if (iCalled[Index])
@@ -26,12 +24,7 @@ void frmMain::cButt_Click(int Index)
 
 void frmMain::cRandNum_Click()
 {
-    std::vector<int> pool;
-    for (int n = 1; n <= game::numberCount; ++n) {
-        if (!iCalled[n])
-            pool.push_back(n);
-    }
-    if (const std::optional<int> n = game::pick(pool, game::randomFraction())) {
+    if (const std::optional<int> n = game::pick(uncalledNumbers(), game::randomFraction())) {
         cButt_Click(*n);
     } else {
         controls::notice(this, QStringLiteral("Full Board...."));
@@ -48,6 +41,16 @@ void frmMain::cmdClear_Click()
                             QStringLiteral("Clear Board")))
         clearBoard();
     returnToEntry();
+}
+
+std::vector<int> frmMain::uncalledNumbers() const
+{
+    std::vector<int> numbers;
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (!iCalled[n])
+            numbers.push_back(n);
+    }
+    return numbers;
 }
 
 void frmMain::callNumber(int n)
@@ -108,13 +111,4 @@ void frmMain::setCount(int count)
     iCallCnt = count;
     lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
     lblCallCnt->repaint();
-}
-
-void frmMain::focusAfterCall()
-{
-    Text1->clear();
-    if (Timer2->isActive())
-        cPause->setFocus();
-    else
-        Text1->setFocus();
 }

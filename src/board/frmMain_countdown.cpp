@@ -2,10 +2,12 @@
 
 #include "combo_box.h"
 #include "label.h"
+#include "menu_bar.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
 #include <QApplication>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 void frmMain::chkAutoCall_Click()
@@ -13,10 +15,10 @@ void frmMain::chkAutoCall_Click()
     if (chkAutoCall->isChecked()) {
         iAutoCallLeft = 2;
         setAutoCall(AutoCall::Running);
-        cPause->setFocus();
+        focusOn(cPause);
     } else {
         setAutoCall(AutoCall::Off);
-        Text1->setFocus();
+        focusOn(Text1);
     }
 }
 
@@ -47,6 +49,10 @@ void frmMain::Timer2_Timer()
     // still.
     if (QApplication::activeModalWidget() || speech::SpVoice::isWaiting())
         return;
+    // The notice of a full board would take the keyboard from a menu.
+    if (controls::MenuBar::isInUse() && uncalledNumbers().empty())
+        return;
+    const QScopedValueRollback ticking(m_isTick, true);
     --iAutoCallLeft;
     if (iAutoCallLeft < 1) {
         iAutoCallLeft = cboSec->currentText().toInt();

@@ -94,8 +94,7 @@ void frmMain::editLastPress(int iButt)
 
 void frmMain::iFontSize_Click()
 {
-    if (fontSize() != m_fontSize)
-        redrawBoard();
+    redrawBoard();
     returnToEntry();
 }
 
@@ -104,6 +103,7 @@ void frmMain::iFontSize_KeyPress(int &KeyAscii)
     if (KeyAscii != controls::enter)
         return;
     KeyAscii = 0;
+    iFontSize->lineEdit()->setModified(false); // entered, also where it is no number
     if (const std::optional<double> size = fontSize()) {
         if (size != base::parseNumber(iFontSize->currentText()))
             iFontSize->setEditText(QString::number(*size));

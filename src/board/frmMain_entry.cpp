@@ -35,10 +35,3 @@ void frmMain::callEntry()
     else
         Text1->clear();
 }
-
-/// Empties the entry box and gives it the focus, ready for the next number.
-void frmMain::returnToEntry()
-{
-    Text1->clear();
-    Text1->setFocus();
-}

@@ -22,14 +22,14 @@ void frmMain::tDemo_Click(int Index)
 {
     m_card->toggle(Index);
     nameSoon();
-    Text1->setFocus();
+    focusOn(Text1);
 }
 
 void frmMain::cDemoButt_Click(int Index)
 {
     selectPattern(Index == iCurPattern ? 0 : Index);
     sayPattern(Index);
-    Text1->setFocus();
+    focusOn(Text1);
 }
 
 void frmMain::selectPattern(int id)

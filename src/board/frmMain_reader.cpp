@@ -51,10 +51,9 @@ void frmMain::sayPattern(int id)
         m_reader->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
 }
 
-void frmMain::sayShaddow(bool checked)
+void frmMain::sayChecked(const QString &caption, bool checked)
 {
-    m_reader->say(mnuShaddow->text() +
-                  (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
+    m_reader->say(caption + (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
 }
 
 /// The numbers that are red on the large board.

@@ -2,6 +2,13 @@
 
 #include "error.h"
 #include "message_box.h"
+#include "text_box.h"
+
+void frmMain::chkMakeVoiceCall_Click(bool checked)
+{
+    sayChecked(chkMakeVoiceCall->text(), checked);
+    focusOn(Text1);
+}
 
 void frmMain::Speak(const QString &text)
 {

@@ -47,7 +47,7 @@ void frmMain::cBingo_Click()
 {
     if (Timer2->isActive())
         cPause_Click();
-    Text1->setFocus();
+    focusOn(Text1);
     const bool isOpen = m_bingo;
     if (!load(m_bingo))
         return;

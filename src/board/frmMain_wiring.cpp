@@ -2,6 +2,7 @@
 
 #include "catalogue.h"
 #include "combo_box.h"
+#include "menu_bar.h"
 #include "rich_text_box.h"
 #include "text_box.h"
 
@@ -30,11 +31,16 @@ void frmMain::wire()
         connect(cDemoButt[i], &QPushButton::clicked, this, [this, i] { cDemoButt_Click(i); });
     connect(Timer1, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 
+    connect(cboSec, &ComboBox::chosenFromList, this, [this] { focusOn(Text1); });
+    connect(chkMakeVoiceCall, &QCheckBox::clicked, this, &frmMain::chkMakeVoiceCall_Click);
+
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
-    connect(mnuShaddow, &QAction::toggled, this, &frmMain::sayShaddow);
+    connect(m_menuBar, &controls::MenuBar::left, this, &frmMain::menuBar_Left);
+    connect(mnuShaddow, &QAction::toggled, this,
+            [this](bool checked) { sayChecked(mnuShaddow->text(), checked); });
     connect(m_naming, &QTimer::timeout, this, [this] { nameByState(10); });
     connect(mnuSpeak, &QAction::triggered, this, &frmMain::mnuSpeak_Click);
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloading);

@@ -44,6 +44,19 @@ public:
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override
+    {
+        const auto *title = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (element != CE_MenuBarItem || !title || !widget || !widget->hasFocus())
+            return QProxyStyle::drawControl(element, option, painter, widget);
+        // Fusion shows only a title whose menu is open, not the one that the keyboard is on.
+        QStyleOptionMenuItem shown = *title;
+        if (shown.state.testFlag(State_Selected))
+            shown.state |= State_Sunken;
+        QProxyStyle::drawControl(element, &shown, painter, widget);
+    }
+
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
                          const QWidget *widget) const override
     {

@@ -20,6 +20,7 @@ ColorButton::ColorButton(QWidget *parent)
     : QPushButton(parent)
 {
     setAutoDefault(true); // Enter presses it as Space does
+    setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -53,7 +54,6 @@ ColorBox::ColorBox(QWidget *parent)
     : ColorButton(parent)
 {
     setAutoDefault(false);
-    setFocusPolicy(Qt::TabFocus);
 }
 
 void ColorBox::paintEvent(QPaintEvent *)

@@ -5,6 +5,7 @@
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace controls {
@@ -12,11 +13,16 @@ namespace controls {
 ComboBox::ComboBox(QWidget *parent)
     : QComboBox(parent)
 {
-    setFocusPolicy(Qt::StrongFocus); // not WheelFocus
+    setFocusPolicy(Qt::TabFocus);
+    connect(this, &QComboBox::activated, this, [this] {
+        if (!m_isStepping)
+            Q_EMIT chosenFromList();
+    });
 }
 
 TextBox *ComboBox::makeEditable()
 {
+    setFocusPolicy(Qt::StrongFocus);
     auto *box = new TextBox(this);
     setEditable(true);
     setLineEdit(box);
@@ -51,6 +57,7 @@ void ComboBox::choose(Step step)
 
 void ComboBox::keyPressEvent(QKeyEvent *event)
 {
+    const QScopedValueRollback stepping(m_isStepping, true);
     const bool isPlain = !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
     const int key = event->key();
     if (isEditable() && isPlain && (key == Qt::Key_Down || key == Qt::Key_PageDown))
@@ -63,6 +70,7 @@ void ComboBox::keyPressEvent(QKeyEvent *event)
 
 void ComboBox::wheelEvent(QWheelEvent *event)
 {
+    const QScopedValueRollback stepping(m_isStepping, true);
     if (!hasFocus())
         event->ignore();
     else if (!isEditable())

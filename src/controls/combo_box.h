@@ -6,7 +6,8 @@ namespace controls {
 
 class TextBox;
 
-/// A combo box that the mouse wheel changes only while it has the focus.
+/// A combo box that the mouse wheel changes only while it has the focus. A click gives the focus only to one
+/// that is editable.
 ///
 /// The entries of an editable one are numbers, the smallest first. Arrow keys, the wheel and the list start
 /// from the text in the box, not from the entry that was chosen last.
@@ -20,6 +21,10 @@ public:
     TextBox *makeEditable();
     void showPopup() override;
 
+Q_SIGNALS:
+    /// An entry was chosen from the open list; no key or wheel stepped to it.
+    void chosenFromList();
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -31,6 +36,8 @@ private:
     int entryBeside(Step step) const;
     void choose(Step step);
     bool unselectedListKey(QKeyEvent &event);
+
+    bool m_isStepping = false;
 };
 
 } // namespace controls

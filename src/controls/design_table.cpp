@@ -37,12 +37,16 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::PushButton: {
         auto *button = new QPushButton(caption, parent);
         button->setAutoDefault(true); // Enter presses it as Space does
+        button->setFocusPolicy(Qt::TabFocus);
         return button;
     }
     case Kind::ColorButton:
         return withText(new ColorButton(parent), caption);
-    case Kind::CheckBox:
-        return new QCheckBox(caption, parent);
+    case Kind::CheckBox: {
+        auto *box = new QCheckBox(caption, parent);
+        box->setFocusPolicy(Qt::TabFocus);
+        return box;
+    }
     case Kind::TextBox:
         return withText(new TextBox(parent), caption);
     case Kind::EditableCombo: {

@@ -1,7 +1,9 @@
 #include "message_box.h"
 
 #include "error.h"
+#include "menu_bar.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -9,6 +11,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QStyle>
+#include <QTimer>
 
 namespace controls {
 
@@ -50,8 +53,13 @@ bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, const QStr
     layOut(*box);
     box->setDefaultButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
     box->setEscapeButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
+    for (QAbstractButton *button : box->buttons())
+        button->setFocusPolicy(Qt::TabFocus); // a press on Yes that slips off leaves Enter to No
+    const QPointer asking = owner;
     const int answer = box->exec();
     delete box;
+    if (asking && !QApplication::activeWindow())
+        asking->activateWindow(); // where no window manager does it
     return answer == QMessageBox::Yes;
 }
 
@@ -72,6 +80,10 @@ void reportError(QWidget *owner, const base::Error &error)
     if (const QWidget *open = QApplication::activeModalWidget()) {
         const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
         QObject::connect(open, &QObject::destroyed, qApp, later, Qt::QueuedConnection);
+        return;
+    }
+    if (MenuBar::isInUse()) {
+        QTimer::singleShot(100, qApp, [owner = QPointer(owner), error] { reportError(owner, error); });
         return;
     }
     const QString text =

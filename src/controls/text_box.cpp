@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
 #include <QPainter>
+#include <QRegularExpression>
 
 namespace controls {
 
@@ -21,7 +22,33 @@ Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
     return isAltGr ? Qt::NoModifier : held;
 }
 
+/// The character of a key for its owner: R and P by their place, as the keyboards of most countries have
+/// them, where the key types a letter that is not Latin; else what it types.
+QChar shownCharacter(const QKeyEvent &event)
+{
+    const bool isWindows = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows;
+    const quint32 place = event.nativeScanCode() - (isWindows ? 0 : 8); // X11 and Wayland count from 8
+    const QChar typed = event.text().front();
+    const bool isForeign = typed.script() > QChar::Script_Latin;
+    if (isForeign && place == 19)
+        return u'R';
+    return isForeign && place == 25 ? QChar(u'P') : typed;
+}
+
 } // namespace
+
+TextBox::TextBox(QWidget *parent)
+    : QLineEdit(parent)
+{
+    connect(this, &QLineEdit::textEdited, this, &TextBox::enterFirstLine);
+}
+
+QVariant TextBox::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    if (query == Qt::ImEnabled && !testAttribute(Qt::WA_InputMethodEnabled))
+        return false;
+    return QLineEdit::inputMethodQuery(query);
+}
 
 void TextBox::setSeeThrough(bool seeThrough)
 {
@@ -46,7 +73,7 @@ void TextBox::keyPressEvent(QKeyEvent *event)
     const QString text = event->text();
     if (held & (Qt::AltModifier | Qt::MetaModifier) && !text.isEmpty() && text.front().isPrint())
         event->ignore(); // QLineEdit would type it
-    else if (held || text.size() != 1 || !swallowed(text.front()))
+    else if (held || text.size() != 1 || !swallowed(shownCharacter(*event)))
         QLineEdit::keyPressEvent(event);
 }
 
@@ -56,6 +83,18 @@ void TextBox::inputMethodEvent(QInputMethodEvent *event)
     if (typed.size() == 1 && event->replacementLength() == 0 && swallowed(typed.front()))
         event->setCommitString({});
     QLineEdit::inputMethodEvent(event);
+}
+
+/// Enter comes a moment later: a handler that asks a question would keep the program waiting that the text
+/// was dragged from.
+void TextBox::enterFirstLine(const QString &edited)
+{
+    static const QRegularExpression lineBreak(QStringLiteral("[\\n\\r\\x{2028}\\x{2029}]"));
+    if (!edited.contains(lineBreak))
+        return;
+    setText(edited.split(lineBreak, Qt::SkipEmptyParts).value(0));
+    QMetaObject::invokeMethod(
+        this, [this] { swallowed(QChar(enter)); }, Qt::QueuedConnection);
 }
 
 void TextBox::paintEvent(QPaintEvent *event)

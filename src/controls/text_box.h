@@ -7,21 +7,25 @@ namespace controls {
 /// The character code of Enter.
 inline constexpr int enter = 13;
 
-/// A one-line text box that shows each typed character to its owner before it takes it.
+/// A one-line text box that shows each typed character to its owner before it takes it. A line break that is
+/// pasted or dropped counts as Enter behind the first line that is not empty; what follows is dropped.
 class TextBox : public QLineEdit
 {
     Q_OBJECT
 
 public:
-    using QLineEdit::QLineEdit;
+    explicit TextBox(QWidget *parent = nullptr);
     /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
     void clear() { setText({}); }
     /// A see-through box has a thin outline, and shows what lies behind it while it is empty.
     void setSeeThrough(bool seeThrough);
+    /// Also says no where WA_InputMethodEnabled is off, which QLineEdit does not ask for.
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 Q_SIGNALS:
     /// A character was typed; `code` is its character code, `enter` for Enter. A handler that sets it to 0
-    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters.
+    /// swallows the key. Keys held with Ctrl, Alt or Meta are no characters. Where the keyboard's letters are
+    /// not Latin, the keys that are R and P by their place are shown as 'R' and 'P'.
     void keyPress(int &code);
 
 protected:
@@ -31,6 +35,7 @@ protected:
 
 private:
     bool swallowed(QChar character);
+    void enterFirstLine(const QString &edited);
 
     bool m_seeThrough = false;
 };

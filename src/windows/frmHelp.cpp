@@ -1,6 +1,7 @@
 #include "frmHelp.h"
 
 #include "design_table.h"
+#include "menu_bar.h"
 #include "message_box.h"
 #include "text_file.h"
 #include "tool_window.h"
@@ -64,7 +65,7 @@ frmHelp::frmHelp(const QString &folder, QWidget *owner)
 
 void frmHelp::buildControls()
 {
-    menuBar()->setNativeMenuBar(false);
+    setMenuBar(new controls::MenuBar(this));
     connect(buildCommand("mnuExit", "Exit"), &QAction::triggered, this, &frmHelp::mnuExit_Click);
     connect(buildCommand("mnuPrint", "Print"), &QAction::triggered, this, &frmHelp::mnuPrint_Click);
 

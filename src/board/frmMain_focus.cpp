@@ -1,0 +1,47 @@
+#include "frmMain.h"
+
+#include "combo_box.h"
+#include "menu_bar.h"
+#include "text_box.h"
+
+#include <QTimer>
+
+/// Empties the entry box and gives it the focus, ready for the next number.
+void frmMain::returnToEntry()
+{
+    Text1->clear();
+    focusOn(Text1);
+}
+
+/// Where a tick of the countdown called while the keyboard is in the menu bar, the focus moves when it comes
+/// back from there.
+void frmMain::focusAfterCall()
+{
+    Text1->clear();
+    if (m_isTick && m_menuBar->hasKeyboard())
+        m_focusIsDue = true;
+    else
+        focusByRule();
+}
+
+void frmMain::focusByRule()
+{
+    if (Timer2->isActive())
+        focusOn(cPause);
+    else
+        focusOn(Text1);
+}
+
+void frmMain::menuBar_Left()
+{
+    if (m_focusIsDue)
+        focusByRule();
+}
+
+void frmMain::focusOn(QWidget *control)
+{
+    if (focusWidget() == iFontSize && iFontSize->lineEdit()->isModified())
+        iFontSize->setEditText(QString::number(m_fontSize)); // what is drawn
+    m_focusIsDue = false;
+    control->setFocus();
+}
