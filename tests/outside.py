@@ -65,6 +65,16 @@ SCREEN_SAVER = """<node><interface name="org.freedesktop.ScreenSaver">
 <method name="Inhibit"><arg type="s"/><arg type="s"/><arg type="u" direction="out"/></method>
 <method name="UnInhibit"><arg type="u"/></method></interface></node>"""
 
+# What a hand does beside the entry, and goes on typing.
+STRAY = [
+    lambda program: program.click("Four Corner pattern", button=3),
+    lambda program: program.click("G 60", button=2),
+    lambda program: program.slip("B 12").slip("Bingo").slip("Clear Board"),
+    lambda program: (program.click("5", "combo box"), key("Down", "Return"), program.the("6", "combo box")),
+    lambda program: (program.click("6", "combo box"), key("Escape")),
+    lambda program: program.click("Make Voice Calls"),
+]
+
 CALLS = {
     "B 4": ("Bee, 4", "And After"),
     "N 33": ("En, 33", "En, 3 , 3"),
@@ -140,6 +150,35 @@ class Outside(unittest.TestCase):
             wait_until(lambda: taskbar() == ["Vellomir"], "a taskbar without it")
             program.click("B 8", times=2).become("Vellomir*")  # The second click does nothing: it can be closed.
 
+    def test_next_key(self):
+        """Whatever the hand and the program do meanwhile, a key acts on what the caller looks at."""
+        with self.play() as program:
+            for number, stray in enumerate(STRAY, 1):
+                stray(program)
+                program.type(f"{number}\r").the(f"B {number}, called")
+            subprocess.run(["xsel", "-ib"], input="\r\n33\r\n34\r\n", text=True, check=True)
+            key("shift+Insert")
+            program.the("N 33, called")
+            program.type("ı25\r").the("I 25, called")
+            program.type("٣١\r").the("N 31, called")
+            run("setxkbmap", "ru")
+            key(27)  # R by its place
+            program.the("Balls Called: 10")
+            run("setxkbmap", "us")
+            program.choose(*VOICES).the("German (other)")
+            key("Tab", "shift+Tab", "Down")
+            wait_until(lambda: has(program.the("German (other)"), "SELECTED"), "the first voice")
+            hold("alt+F4")
+            program.become("Vellomir*")
+            program.click("Auto Draw Every").click("Font size")
+            key("ctrl+a", "4")
+            program.the("Balls Called: 11")
+            program.the("36", "combo box")
+            key("F10")  # The next draw comes while the keyboard is in the menu bar.
+            program.the("Balls Called: 12")
+            key("Right", "Down", "Return")
+            program.become("Vellomir", "QOR Help*")
+
     def test_windows(self):
         """Each from the menu, named to a screen reader, in front though it was minimized, and kept off the taskbar."""
         with self.play() as program:
@@ -149,7 +188,7 @@ class Outside(unittest.TestCase):
             self.assertLessEqual(abs(2 * at.y + at.height + bottom - top - 1000), 2)
             for opening, title, closing, in_taskbar in (
                 (VOICES, "Form1", ["alt+F4"], 2),
-                (HELP, "QOR Help", ["alt", "Return"], 1),
+                (HELP, "QOR Help", ["F10", "Return"], 1),
                 (ABOUT, "About", ["Return"], 1),
             ):
                 program.choose(*opening).become("Vellomir", f"{title}*")

@@ -26,6 +26,7 @@ packages_desktop=(
     xauth # xvfb-run asks for it
     openbox
     xdotool
+    xsel
     x11-utils
     x11-xserver-utils # xset
     libxss1 # whether the screen is blank

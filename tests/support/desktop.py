@@ -109,10 +109,21 @@ class Program:
     def become(self, *windows):
         wait_until(lambda: self.windows() == list(windows), f"the windows {windows}")
 
-    def click(self, name, role=None, times=1):
+    def point(self, name, role=None):
+        """Moves the mouse to the middle of it."""
         at = self.the(name, role).get_extents(Atspi.CoordType.SCREEN)
-        middle = at.x + at.width // 2, at.y + at.height // 2
-        run("xdotool", "mousemove", *middle, "click", "--repeat", times, "--delay", 80, 1)
+        run("xdotool", "mousemove", at.x + at.width // 2, at.y + at.height // 2)
+        return self
+
+    def click(self, name, role=None, times=1, button=1):
+        self.point(name, role)
+        run("xdotool", "click", "--repeat", times, "--delay", 80, button)
+        return self
+
+    def slip(self, name):
+        """Presses it, and lets the button go beside it."""
+        self.point(name)
+        run("xdotool", "mousedown", 1, "mousemove_relative", 0, 300, "mouseup", 1)
         return self
 
     def type(self, text, delay=12):
