@@ -59,7 +59,7 @@ void MenuBar::followFocus(QWidget *old, QWidget *now)
 {
     if (now == this && old)
         m_before = old;
-    if (old != this)
+    if (old != this || QApplication::activePopupWidget()) // an open menu belongs to the bar
         return;
     // When another window comes to the front QMenuBar keeps the focus, and does nothing with it later.
     if (window()->focusWidget() == this && m_before)
