@@ -102,6 +102,9 @@ class Program:
 
         return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
 
+    def text(self, name):
+        return Atspi.Text.get_text(self.the(name), 0, -1)
+
     def windows(self):
         """The titles of the windows, the active one marked with a star."""
         return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
