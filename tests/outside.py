@@ -41,24 +41,25 @@ SETTINGS = {
     "1 GB": (lambda file: os.truncate(file, 1 << 30), None, ["33", "10"], INI),
 }
 
-ENTRY = r"Number to call text\."
-
-# Keys, and what the screen reader says when they have been pressed, as regular expressions.
+# Keys, and what the screen reader says when they have been pressed, as regular expressions: the same of Orca 43 beside
+# Qt 6.4 and of Orca 48 and later beside Qt 6.8 and later. Keys it names, and ends sentences, in the way of its version.
+KEY_NAME = r"[a-z0-9]|return|tab|space|left \w+|F\d+"
+WINDOW, ENTRY = "Vellomir(?: frame)?", "Number to call text"
 HEARD = [
-    ("", r"Vellomir frame\.", ENTRY),
-    ("3 3 Return", "3", "3", "return", r"N 33, 1 called\."),
-    ("n 4 0 Return", "n", "4", "0", "return", r"N 40, 2 called\."),
-    ("r", "r", r"[BINGO] \d+, 3 called\."),
-    ("3 3 Return", "3", "3", "return", r"alert Clear Board\.", "Clearing button,", r"Are you sure\?", r"No push.*"),
-    ("Tab", "tab", r"Yes push button\."),
-    ("space", "space", r"Vellomir frame\.", ENTRY, r"N 33 not called\."),
-    ("shift+Tab", "left shift", r"Bingo push button\."),
-    ("space", "space", rf"(?:{ENTRY}/)?BINGO opened\.", r"A click or Alt\+F4 closes it text\.", r"Text\."),
-    ("alt+F4", "left alt", r"Vellomir frame\.", ENTRY, r"BINGO closed\."),
-    ("F10", r"File\."),
-    ("Down", r"Voice Options\."),
-    ("Down", r"Shaddow Buttons checked\."),
-    ("Return", "return", ENTRY, r"Shaddow Buttons, not checked\."),
+    ("", WINDOW, ENTRY),
+    ("3 3 Return", r"N 33, 1 called"),
+    ("n 4 0 Return", r"N 40, 2 called"),
+    ("r", r"[BINGO] \d+, 3 called"),
+    ("3 3 Return", "alert Clear Board", "Clearing button,", r"Are you sure\?", "No button"),
+    ("Tab", "Yes button"),
+    ("space", WINDOW, ENTRY, "N 33 not called"),
+    ("shift+Tab", "Bingo button"),
+    ("space", rf"(?:{ENTRY}/)?BINGO opened", r"A click or Alt\+F4 closes it text", "Text1?"),
+    ("alt+F4", WINDOW, ENTRY, "BINGO closed"),
+    ("F10", "File"),
+    ("Down", "Voice Options"),
+    ("Down", "Shaddow Buttons checked"),
+    ("Return", ENTRY, "Shaddow Buttons, not checked"),
 ]
 
 SCREEN_SAVER = """<node><interface name="org.freedesktop.ScreenSaver">
@@ -133,14 +134,14 @@ class Outside(unittest.TestCase):
             hold("r")
             program.the("Balls Called: 3")
             hold("7")
-            self.assertGreater(len(program.the("Number to call").get_text(0, -1)), 5)
+            self.assertGreater(len(program.text("Number to call")), 5)
             key("alt+r", "super+7", "p")
-            self.assertEqual(program.the("Number to call").get_text(0, -1), "")
+            self.assertEqual(program.text("Number to call"), "")
             program.click("Auto Draw Every").the("Auto Call In : 5")
             program.the("Balls Called: 4")
             for name, caption in ("Return", "Play"), ("space", "Pause"), ("Return", "Play"):
                 hold(name)
-                program.the(caption, "push button")
+                program.the(caption, "button")
             program.click("Clear Board").the("Clearing board,\nAre you sure?")
             program.type("y").the("Balls Called: 0")
             program.type("".join(f"{n}\r" for n in range(1, 76)), delay=4).the("Balls Called: 75")
@@ -207,19 +208,20 @@ class Outside(unittest.TestCase):
 
         def said():
             lines = (self.home / "heard").read_text().splitlines()
-            return "/".join(re.sub("<[^>]*>", "", line).strip() for line in lines if "<mark" in line)
+            texts = [re.sub("<[^>]*>", "", line).strip(" .") for line in lines if "<mark" in line]
+            return "/".join(t.replace("push button", "button") for t in texts if not re.fullmatch(KEY_NAME, t))
 
         self.run_beside(sys.executable, ORCA, stderr=subprocess.DEVNULL)
-        expected = "Screen reader on."
+        expected = "Screen reader on"
         wait_until(lambda: said() == expected, expected)
         with self.start():  # Qt complains, and leaks, beside Orca.
             for keys, *sentences in HEARD:
                 for one in keys.split():
-                    before = said()
-                    key(one)
-                    wait_until(lambda: said() != before, f"a word of {one} behind {before}")  # noqa: B023
+                    run("xdotool", "sleep", 0.3, "key", one)  # As a hand: what comes too soon cuts off Orca's word.
                 expected = "/".join([expected, *sentences])
-                wait_until(lambda: re.fullmatch(expected, said()), expected)  # noqa: B023
+                with contextlib.suppress(AssertionError):
+                    wait_until(lambda: re.fullmatch(expected, said()), expected)  # noqa: B023
+                self.assertRegex(said(), rf"\A{expected}\Z")
 
     # ---- Settings
 

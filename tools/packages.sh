@@ -96,3 +96,10 @@ packages_screen_reader=(
     orca
     procps
 )
+
+# tools/on: makes another Debian in a folder.
+packages_on=(
+    debootstrap
+    debian-archive-keyring
+    git
+)

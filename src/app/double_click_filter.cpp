@@ -1,7 +1,8 @@
 #include "double_click_filter.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
 
 #include <utility>
 
@@ -18,16 +19,31 @@ bool DoubleClickFilter::eventFilter(QObject *watched, QEvent *event)
         return false;
     switch (event->type()) {
     case QEvent::MouseButtonPress: // comes before each MouseButtonDblClick, too
-        m_pressedBefore = std::exchange(m_pressed, watched);
-        return false;
+        m_drops = isSecondElsewhere(*watched, static_cast<const QMouseEvent &>(*event));
+        return m_drops;
     case QEvent::MouseButtonDblClick:
-        m_takesRelease = m_pressedBefore != m_pressed;
-        return m_takesRelease;
+        return m_drops;
     case QEvent::MouseButtonRelease:
-        return std::exchange(m_takesRelease, false);
+        return std::exchange(m_drops, false);
     default:
         return false;
     }
+}
+
+/// MouseButtonDblClick does not tell: Qt 6.11 does not send it where another window got the first click.
+bool DoubleClickFilter::isSecondElsewhere(QObject &window, const QMouseEvent &press)
+{
+    const QStyleHints &hints = *QGuiApplication::styleHints();
+    const QPoint moved = press.globalPosition().toPoint() - m_place;
+    const bool isSecond = m_button == press.button() &&
+                          press.timestamp() - m_time < quint64(hints.mouseDoubleClickInterval()) &&
+                          moved.manhattanLength() <= hints.mouseDoubleClickDistance();
+    const bool isElsewhere = m_window != &window;
+    m_window = &window;
+    m_button = press.button();
+    m_time = press.timestamp();
+    m_place = press.globalPosition().toPoint();
+    return isSecond && isElsewhere;
 }
 
 } // namespace app

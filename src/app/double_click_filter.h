@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
 
 class QCoreApplication;
+class QMouseEvent;
 
 namespace app {
 
@@ -20,9 +22,15 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QPointer<QObject> m_pressed; // the windows of the last two presses
-    QPointer<QObject> m_pressedBefore;
-    bool m_takesRelease = false;
+    bool isSecondElsewhere(QObject &window, const QMouseEvent &press);
+
+    // The last press.
+    QPointer<QObject> m_window;
+    Qt::MouseButton m_button = Qt::NoButton;
+    quint64 m_time = 0; // milliseconds
+    QPoint m_place;     // on the screen
+
+    bool m_drops = false; // what belongs to this press
 };
 
 } // namespace app

@@ -95,12 +95,16 @@ class Program:
         return [found for window in children(self.application()) for found in walk(window)]
 
     def the(self, name, role=None):
-        """Waits for the last on screen of that name, whatever its state is (and role, as "push button")."""
+        """Waits for the last on screen of that name, whatever its state is (and role, as "button")."""
 
         def is_meant(found):
-            return f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, found.get_role_name())
+            role_name = found.get_role_name().removeprefix("push ")  # which newer systems leave out
+            return f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, role_name)
 
         return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
+
+    def text(self, name):
+        return Atspi.Text.get_text(self.the(name), 0, -1)
 
     def windows(self):
         """The titles of the windows, the active one marked with a star."""

@@ -55,7 +55,10 @@ public:
         qApp->installEventFilter(this);
         answer();
         m_program = modMain::Main();
-        QTRY_VERIFY((window = qobject_cast<QMainWindow *>(QApplication::activeWindow())));
+        QVERIFY(QTest::qWaitFor([this] {
+            window = qobject_cast<QMainWindow *>(QApplication::activeWindow());
+            return !window.isNull();
+        }));
     }
     ~Room() override { end(); }
     /// Closes the main window, and with it the program.
@@ -256,7 +259,8 @@ private:
         const char *property = control->inherits("QComboBox")   ? "currentText"
                                : control->inherits("QListView") ? "currentRow"
                                                                 : "value";
-        QTRY_VERIFY(control->setProperty(property, value) && control->property(property) == value);
+        QVERIFY(QTest::qWaitFor(
+            [&] { return control->setProperty(property, value) && control->property(property) == value; }));
     }
     static void commit(const QString &text)
     {
