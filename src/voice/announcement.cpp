@@ -26,7 +26,7 @@ QString Announcement::begin(int n)
 void Announcement::speak(const QString &phrase)
 {
     if (!V)
-        throw base::Error(speech::SpNotInstalled, QStringLiteral("There is no voice to speak with."));
+        createVoice();
     if (m_choice.VoiceIndex)
         V->setVoice(*m_choice.VoiceIndex);
     V->setRate(m_choice.VoiceRate);

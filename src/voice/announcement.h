@@ -23,11 +23,12 @@ public:
     /// `choice` is read at each phrase and must live as long as this.
     explicit Announcement(const VoiceChoice &choice);
 
-    /// Creates the voice. Throws base::Error when no speech service is installed; nothing can be said then.
+    /// Creates the voice. Throws base::Error when no speech service is installed.
     void createVoice();
     /// Begins the announcement of number `n`, 1 to 75, and returns its first phrase.
     QString begin(int n);
-    /// Queues a phrase after those not spoken yet. Throws base::Error when it cannot be spoken.
+    /// Queues a phrase after those not spoken yet, by a new voice where none could be created before. Throws
+    /// base::Error when it cannot be spoken.
     void speak(const QString &phrase);
     /// What is to be said now that a phrase has been spoken: after a first phrase its follow-up.
     std::optional<QString> nextPhrase();
@@ -38,7 +39,7 @@ Q_SIGNALS:
 
 private:
     const VoiceChoice &m_choice;
-    std::unique_ptr<speech::SpVoice> V; // null where no speech service is installed
+    std::unique_ptr<speech::SpVoice> V; // null until a speech service is installed
     int iSayCount = 1;                  // 2 while a follow-up is being spoken
     QString sCallPhrase;                // what is being said of the current call
 };

@@ -63,13 +63,10 @@ void frmVoices::Form_Load()
     try {
         oVoice = std::make_unique<SpVoice>();
     } catch (const base::Error &error) {
-        controls::reportError(parentWidget(), error);
+        controls::reportError(isVisible() ? this : parentWidget(), error);
         return;
     }
-    connect(oVoice.get(), &SpVoice::VoicesKnown, this, [this] {
-        if (List1->count() == 0)
-            List1->addItems(oVoice->GetVoices());
-    });
+    connect(oVoice.get(), &SpVoice::VoicesKnown, this, &frmVoices::listVoices);
     connect(oVoice.get(), &SpVoice::Failed, this,
             [this](const base::Error &error) { controls::reportError(this, error); });
 }
@@ -86,6 +83,16 @@ bool frmVoices::eventFilter(QObject *watched, QEvent *event)
     if (isArrow || isJump)
         List1->setCurrentRow(std::max(List1->currentRow(), 0), QItemSelectionModel::Select);
     return isArrow;
+}
+
+/// Entry i of the list is voice i. A service that was started anew may have other voices.
+void frmVoices::listVoices()
+{
+    if (m_listed == oVoice->GetVoices())
+        return;
+    m_listed = oVoice->GetVoices();
+    List1->clear();
+    List1->addItems(m_listed);
 }
 
 void frmVoices::cListen_Click()
@@ -107,11 +114,14 @@ void frmVoices::cSave_Click()
     close();
 }
 
-/// True when a voice is selected in the list; else says that one is wanted.
+/// True when a voice is selected in the list; else says that one is wanted. Where there was none to select,
+/// the service is asked again: it may have been installed or started meanwhile.
 bool frmVoices::voiceSelected()
 {
     if (!List1->selectedItems().isEmpty())
         return true;
+    if (m_listed.isEmpty())
+        QMetaObject::invokeMethod(this, &frmVoices::Form_Load, Qt::QueuedConnection); // behind the notice
     controls::notice(this, QStringLiteral("Please select a voice from the list box."));
     return false;
 }

@@ -24,12 +24,14 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void listVoices();
     void cListen_Click();
     void cSave_Click();
     bool voiceSelected();
 
     voice::VoiceChoice &m_choice;
     std::unique_ptr<speech::SpVoice> oVoice;
+    QStringList m_listed; ///< what stands in List1
     QListWidget *List1 = nullptr;
     QSlider *Slider1 = nullptr;
 };
