@@ -2,16 +2,55 @@
 
 #include <sphelper.h>
 
+#include <array>
+
 namespace speech {
 
 using Microsoft::WRL::ComPtr;
 
 namespace {
 
+constexpr char noLoudspeaker[] =
+    "Windows has no loudspeaker to speak through. Plug one in, or choose one in its settings for sound.";
+constexpr char voiceFailed[] = "The voice failed. Choose another one in Voice Options.";
+
+/// Failures that Windows has no text for, or none that a caller would understand.
+struct
+{
+    DWORD result;
+    const char *words;
+} constexpr failures[] = {
+    {0x80040154, "The speech service of Windows is not installed."}, // REGDB_E_CLASSNOTREG
+    {0x80045006, "Another program has the loudspeakers to itself. Close it, and call again."}, // ..._BUSY
+    {0x80045007, noLoudspeaker}, // SPERR_DEVICE_NOT_SUPPORTED
+    {0x80045008, noLoudspeaker}, // SPERR_DEVICE_NOT_ENABLED
+    {0x80045009, noLoudspeaker}, // SPERR_NO_DRIVER
+    {0x80045012, voiceFailed},   // SPERR_TTS_ENGINE_EXCEPTION
+    {0x80045013, voiceFailed},   // SPERR_TTS_NLP_EXCEPTION
+    {0x8004503A, "Windows finds no voice or no loudspeaker. Look at its settings for speech and for sound."},
+    {0x8004503C, noLoudspeaker}, // SPERR_GENERIC_MMSYS_ERROR
+    {0x88890004, noLoudspeaker}, // AUDCLNT_E_DEVICE_INVALIDATED
+};
+
+QString wordsFor(HRESULT result)
+{
+    for (const auto &failure : failures) {
+        if (failure.result == static_cast<DWORD>(result))
+            return QString::fromLatin1(failure.words);
+    }
+    std::array<wchar_t, 512> text;
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        static_cast<DWORD>(result), 0, text.data(), text.size(), nullptr);
+    return length > 0
+               ? QString::fromWCharArray(text.data(), static_cast<int>(length)).trimmed()
+               : QStringLiteral("The speech service of Windows failed. Choose another voice, or look at "
+                                "the settings for sound.");
+}
+
 void requireOk(HRESULT result)
 {
     if (FAILED(result))
-        throw base::Error(result, qt_error_string(result));
+        throw base::Error(result, wordsFor(result));
 }
 
 /// What Windows calls a voice; a voice without a description goes by its id.
@@ -90,13 +129,32 @@ try {
     Q_EMIT failed(error);
 }
 
+void SapiEngine::ping()
+{
+    if (isWell())
+        Q_EMIT alive();
+}
+
+/// What fails while a text is being spoken, because the loudspeaker was unplugged, say, stands in the status
+/// alone. Signals it.
+bool SapiEngine::isWell()
+try {
+    SPVOICESTATUS status;
+    if (SUCCEEDED(m_voice->GetStatus(&status, nullptr)))
+        requireOk(status.hrLastResult);
+    return true;
+} catch (const base::Error &error) {
+    Q_EMIT failed(error);
+    return false;
+}
+
 void SapiEngine::takeEvents()
 {
     SPEVENT event;
     while (m_voice->GetEvents(1, &event, nullptr) == S_OK) {
         if (event.eEventId == SPEI_START_INPUT_STREAM)
             Q_EMIT begun();
-        else if (event.eEventId == SPEI_END_INPUT_STREAM)
+        else if (event.eEventId == SPEI_END_INPUT_STREAM && isWell())
             Q_EMIT ended();
     }
 }

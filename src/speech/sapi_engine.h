@@ -14,7 +14,8 @@
 namespace speech {
 
 /// Speech through Windows' own service, SAPI 5. It works on threads of its own and sets a Win32 event when
-/// there is news, which the event loop hears. Its failures keep their HRESULT and Windows' text for it.
+/// there is news, which the event loop hears. Its failures keep their HRESULT, and Windows' text where it has
+/// one.
 class SapiEngine : public SpEngine
 {
     Q_OBJECT
@@ -27,12 +28,13 @@ public:
 
     void open() override;
     void speak(const SpText &text) override;
-    /// The service works inside this program: there is nobody who could fail to answer.
-    void ping() override { Q_EMIT alive(); }
+    /// The service works inside this program, so it always answers; but it may have failed.
+    void ping() override;
 
 private:
     void listen();
     QStringList listVoices();
+    bool isWell();
     void takeEvents();
 
     Microsoft::WRL::ComPtr<ISpVoice> m_voice;

@@ -40,10 +40,11 @@ GAME = [
     ("keydown:alt r sleep:3 keyup:alt alt Down Return", "Form1, Vellomir",  # R without Alt would make a call
      "Down Down Tab Right Right Tab space Tab space", [33], ["Bert 2 6 17 Bee 4, Oh 62, Eye 25"]),
     ("4 8 Return", "Run-Time Error, Vellomir", "Return", [33, 48], ["Bert 2 6 17 Gee, 48"]),
-    ("6 2 Return", "Vellomir", "", [33, 48, 62], ["Bert 2 6 17 Oh, 62", "Bert 2 6 17 Oh, 6 , 2"]),
-    ("Help Down Return", "QOR Help, Vellomir", "alt+F4", [33, 48, 62], []),
-    ("Help Down Down Return", "About, Vellomir", "Return", [33, 48, 62], []),
-    ("Bingo", "Form1, Vellomir", "Clear", [33, 48, 62], []),
+    ("4 9 Return", "Run-Time Error, Vellomir", "Return", [33, 48, 49], ["Bert 2 6 17 Gee, 49"]),
+    ("6 2 Return", "Vellomir", "", [33, 48, 49, 62], ["Bert 2 6 17 Oh, 62", "Bert 2 6 17 Oh, 6 , 2"]),
+    ("Help Down Return", "QOR Help, Vellomir", "alt+F4", [33, 48, 49, 62], []),
+    ("Help Down Down Return", "About, Vellomir", "Return", [33, 48, 49, 62], []),
+    ("Bingo", "Form1, Vellomir", "Clear", [33, 48, 49, 62], []),
 ]  # fmt: skip
 SILENT_GAME = [("", "Run-Time Error, Vellomir", "Return", [], []), ("5 Return", "Vellomir", "", [5], [])]
 

@@ -1,6 +1,7 @@
 // A speech service for the test, in SAPI's place: writes each text into said.txt, as "VOICE RATE BOUNDARY
 // FLAGS TEXT", and reports its begin at once and its end a little later. It refuses no text, and any text
-// before the end of the last one, and answers "Gee, 48" with an error.
+// before the end of the last one, and answers "Gee, 48" with an error. While it says "Gee, 49" the
+// loudspeaker is unplugged.
 
 #define CINTERFACE // tables of functions in place of classes: most of them do nothing
 #include <windows.h>
@@ -20,6 +21,7 @@ struct Voice : ISpVoice
     HANDLE news = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     std::atomic<int> reported = 0; ///< begins and ends, by turns
     int taken = 0;
+    HRESULT last = S_OK;
 };
 
 static Voice &self(ISpVoice *voice)
@@ -34,6 +36,7 @@ static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
         return E_ABORT;
     std::wofstream said("said.txt", std::ios::app);
     said << it.name << ' ' << it.rate << ' ' << it.boundary << ' ' << flags << ' ' << text << '\n';
+    it.last = wcscmp(text, L"Gee, 49") == 0 ? 0x8004503C : S_OK;
     const auto report = [&it] { ++it.reported, SetEvent(it.news); };
     report();
     std::thread([=] { Sleep(300), report(); }).detach();
@@ -54,6 +57,9 @@ static HRESULT makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
     std::fill_n(reinterpret_cast<HRESULT (**)()>(&table), sizeof table / sizeof(void *), [] { return S_OK; });
     table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
     table.GetEvents = getEvents;
+    table.GetStatus = [](ISpVoice *voice, SPVOICESTATUS *status, wchar_t **) {
+        return status->hrLastResult = self(voice).last, S_OK;
+    };
     table.SetVoice = [](auto *voice, auto *token) { return token->lpVtbl->GetId(token, &self(voice).name); };
     table.SetRate = [](ISpVoice *voice, long rate) { return self(voice).rate = rate, S_OK; };
     table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM at) { return self(voice).boundary = at, S_OK; };
