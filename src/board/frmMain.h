@@ -205,6 +205,7 @@ private:
     QString stateInWords() const;
     void sayAutoCall();
     void sayPattern(int id);
+    void sayInterval();
     void sayChecked(const QString &caption, bool checked);
     void describeBoard();
     void describeCalls();

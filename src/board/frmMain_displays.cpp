@@ -7,6 +7,7 @@
 #include "numbers.h"
 #include "numeric.h"
 #include "rich_text_box.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QFontMetrics>
@@ -123,4 +124,5 @@ void frmMain::redrawBoard()
 {
     DrawBoards();
     EditBoard();
+    m_reader->say(QStringLiteral("Font size %1").arg(m_fontSize));
 }

@@ -1,6 +1,7 @@
 #include "frmMain.h"
 
 #include "entry.h"
+#include "screen_reader.h"
 #include "text_box.h"
 
 #include <QPushButton>
@@ -32,6 +33,8 @@ void frmMain::callEntry()
 {
     if (const std::optional<int> n = game::calledBy(Text1->text()))
         cButt_Click(*n);
-    else
+    else {
         Text1->clear();
+        m_reader->say(QStringLiteral("Nothing called"));
+    }
 }

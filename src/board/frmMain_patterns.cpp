@@ -2,6 +2,7 @@
 
 #include "buttons.h"
 #include "frmMain_design.h"
+#include "screen_reader.h"
 #include "sp_voice.h"
 #include "text_box.h"
 
@@ -21,6 +22,7 @@ void frmMain::BuildDemo()
 void frmMain::tDemo_Click(int Index)
 {
     m_card->toggle(Index);
+    m_reader->say(m_card->cellInWords(Index));
     nameSoon();
     focusOn(Text1);
 }

@@ -2,6 +2,8 @@
 
 #include "buttons.h"
 #include "combo_box.h"
+#include "design_table.h"
+#include "label.h"
 #include "numbers.h"
 #include "rich_text_box.h"
 #include "screen_reader.h"
@@ -51,6 +53,11 @@ void frmMain::sayPattern(int id)
         m_reader->say(caption + QStringLiteral(", columns %1 out of play").arg(listed(columns)));
 }
 
+void frmMain::sayInterval()
+{
+    m_reader->say(cboSec->currentText() + QStringLiteral(" seconds"));
+}
+
 void frmMain::sayChecked(const QString &caption, bool checked)
 {
     m_reader->say(caption + (checked ? QStringLiteral(", checked") : QStringLiteral(", not checked")));
@@ -97,6 +104,9 @@ void frmMain::nameByState(int most)
         }
     };
     name(m_reader, stateInWords());
+    // AT-SPI's screen readers hear no value of a list, but of the label before it.
+    name(controls::control<QLabel>(m_client, "Label3"),
+         cboSec->currentText() + QStringLiteral(" seconds between automatic draws"));
     for (int n = 1; n <= game::numberCount; ++n)
         name(cButt[n],
              spokenLabel(n) + (iCalled[n] ? QStringLiteral(", called") : QStringLiteral(", not called")));

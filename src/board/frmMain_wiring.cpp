@@ -38,6 +38,8 @@ void frmMain::wire()
     connect(static_cast<TextBox *>(iFontSize->lineEdit()), &TextBox::keyPress, this,
             &frmMain::iFontSize_KeyPress);
 
+    connect(cboSec, &ComboBox::currentTextChanged, this, &frmMain::nameSoon);
+    connect(cboSec, &ComboBox::activated, this, &frmMain::sayInterval);
     connect(m_menuBar, &controls::MenuBar::left, this, &frmMain::menuBar_Left);
     connect(mnuShaddow, &QAction::toggled, this,
             [this](bool checked) { sayChecked(mnuShaddow->text(), checked); });
