@@ -69,7 +69,8 @@ const struct
     {"hush chkAutoCall p1 mnuSpeak List1=0 soon=s5,a,7,?,. cListen a", // the time stands still, input waits
      "1 B7 red 7 lit agmsy step 1500 Pause counts. focus cPause + frmVoices; "
      "(0 step 100 Pause counts. + frmVoices; Bee 4, Oh 62, Eye 25 0 0)"},
-    {"none mnuSpeak cListen", "0 + frmVoices; E No speech service is installed. Err #: 1; P"},
+    {"none mnuSpeak cListen", "0 + frmVoices; E No speech service is installed. Err #: 1; P; E No speech "
+                              "service is installed. Err #: 1"},
     {"hush mnuSpeak List1=0 soon=gone cListen",
      "0 + frmVoices; Bee 4, Oh 62, Eye 25 0 0; E it went away Err #: -7"},
 };
