@@ -19,5 +19,12 @@ if(VELLOMIR_SANITIZE)
         -fsanitize=${VELLOMIR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(vellomir_options INTERFACE -fsanitize=${VELLOMIR_SANITIZE})
 endif()
+# What users get is the same in every byte, wherever and whenever it is compiled.
+if(CMAKE_BUILD_TYPE STREQUAL Release)
+    target_compile_options(vellomir_options INTERFACE -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+    if(WIN32)
+        target_link_options(vellomir_options INTERFACE -Wl,--no-insert-timestamp)
+    endif()
+endif()
 # A library that is named but not used costs start-up time and memory.
 target_link_options(vellomir_options INTERFACE -Wl,--as-needed)

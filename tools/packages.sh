@@ -70,11 +70,13 @@ packages_package=(
     speech-dispatcher-espeak-ng
 )
 
-# tools/windows: compiles and links for Windows.
+# tools/windows: compiles and links for Windows, packs the result.
 packages_windows=(
     g++-mingw-w64-x86-64-posix
     mingw-w64-x86-64-dev
     imagemagick
+    zip
+    nsis
 )
 
 # tools/windows_qt: unpacks and configures Qt.

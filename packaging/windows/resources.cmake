@@ -8,7 +8,7 @@ foreach(size IN ITEMS 16 32 48 256)
     list(APPEND pictures ${PROJECT_SOURCE_DIR}/data/icons/vellomir-${size}.png)
 endforeach()
 add_custom_command(OUTPUT ${icon}
-    COMMAND ${VELLOMIR_CONVERT} ${pictures} ${icon}
+    COMMAND ${VELLOMIR_CONVERT} ${pictures} -strip ${icon}
     DEPENDS ${pictures}
     VERBATIM)
 

@@ -1,8 +1,9 @@
 #!/usr/bin/python3 -B
-"""Vellomir for Windows, played under Wine with real keys and clicks: xvfb-run tests/windows/play.py ZIP"""
+"""Vellomir for Windows, played under Wine with real keys and clicks: xvfb-run tests/windows/play.py ZIP SETUP"""
 
 import atexit
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -12,10 +13,14 @@ from pathlib import Path
 
 PATIENCE = 120  # seconds until something that was waited for counts as missing
 HOME = tempfile.TemporaryDirectory(prefix="vellomir-wine-")
-PROGRAM_FOLDER = Path(HOME.name, Path(sys.argv[1]).stem)
+ZIP, SETUP = (Path(argument).resolve() for argument in sys.argv[1:])
+PROGRAM_FOLDER = Path(HOME.name, ZIP.stem)
 SAID = PROGRAM_FOLDER / "said.txt"
 APP_DATA = Path(HOME.name, "prefix/drive_c/users/root/AppData/Roaming")
 INI = APP_DATA / "Vellomir/Vellomir.ini"
+START_MENU_ENTRY = APP_DATA / "Microsoft/Windows/Start Menu/Programs/Vellomir.lnk"
+CHOSEN = r"C:\My Hall\Vellomir"  # where the setup installs to
+INSTALLED = Path(HOME.name, "prefix/drive_c/My Hall/Vellomir")
 os.environ |= {"HOME": HOME.name, "WINEPREFIX": f"{HOME.name}/prefix", "WINEDEBUG": "-all", "USER": "root",
                "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}  # fmt: skip
 
@@ -85,8 +90,8 @@ def wait_for(wanted, look):
     assert seen == wanted, f"{seen}\nin place of {wanted}"
 
 
-def play(game, through=""):
-    program = subprocess.Popen(["wine", *through.split(), "Vellomir.exe"], cwd=PROGRAM_FOLDER)
+def play(game, through="", folder=PROGRAM_FOLDER, then_do=lambda: None):
+    program = subprocess.Popen(["wine", *through.split(), "Vellomir.exe"], cwd=folder)
     said = []
     for actions, titles, back, red, phrases in game:
         for step, then in (actions, titles), (back, "Vellomir"):
@@ -94,14 +99,80 @@ def play(game, through=""):
             wait_for(then, windows)
         said += phrases
         wait_for((red, said), red_and_said)
+    then_do()
     do("alt+F4")
     assert program.wait(PATIENCE) == 0
+
+
+def files(folder):
+    return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+
+
+def installed():
+    """The files, the entry in "Apps", and whether there is one in the Start menu."""
+    entry = run("wine reg query", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Vellomir").decode()
+    return files(INSTALLED), dict(re.findall(r"(\w+) +REG_\w+ +(.*?)\s*\n", entry)), START_MENU_ENTRY.exists()
+
+
+def set_up(*arguments, setup=SETUP, ends_with=0):
+    """Silently. An argument with blanks is one to a setup although it has no quotes."""
+    ended = subprocess.call(["wine", setup, "/S", *" ".join(arguments).split()])
+    assert ended == ends_with, f"{setup} ended with {ended}"
+
+
+def refuse_to_change():
+    before = installed()
+    for change in (SETUP, INSTALLED / "uninstall.exe"):
+        set_up("_?=" + CHOSEN, setup=change, ends_with=2)
+        assert installed() == before
+
+
+def check_setup():
+    """Over an older version with a file more, in a folder that the user chose and put files into."""
+    shutil.rmtree(PROGRAM_FOLDER)
+    shutil.unpack_archive(ZIP, HOME.name)
+    program = files(PROGRAM_FOLDER)
+    SAID.touch()
+
+    run("wine winecfg -v win81")
+    set_up(ends_with=2)
+    run("wine winecfg -v win10")
+    set_up(r"/D=Z:\proc\Vellomir", ends_with=2)
+    assert installed() == ({}, {}, False)
+
+    (older := Path(HOME.name, "older/old")).mkdir(parents=True)
+    for name in ("old.dll", "../Vellomir.exe", "../help.txt"):
+        (older / name).write_text("3.1.9")
+    tool = Path(__file__).parents[2] / "tools/windows_setup"
+    subprocess.check_call([tool, older.parent, "3.1.9", HOME.name + "/older.exe"])
+    set_up("/D=" + CHOSEN, setup=HOME.name + "/older.exe")
+    assert installed()[0].keys() == files(older.parent).keys() | {"uninstall.exe"}
+    own = {"mine.txt": b"mine", "old/mine.txt": b"mine"}
+    for name, text in own.items():
+        (INSTALLED / name).write_bytes(text)
+
+    set_up()
+    lying, entry, in_start_menu = installed()
+    assert lying.pop("uninstall.exe") and lying == program | own and in_start_menu, lying.keys()
+    assert abs(int(entry.pop("EstimatedSize"), 16) - sum(map(len, program.values())) / 1024) < 100
+    assert entry == {
+        "DisplayName": "Vellomir", "DisplayVersion": SETUP.name.split("-")[1], "Publisher": "The Vellomir authors",
+        "DisplayIcon": CHOSEN + r"\Vellomir.exe", "InstallLocation": CHOSEN, "NoModify": "0x1", "NoRepair": "0x1",
+        "UninstallString": rf'"{CHOSEN}\uninstall.exe"', "QuietUninstallString": rf'"{CHOSEN}\uninstall.exe" /S',
+    }, entry  # fmt: skip
+
+    settings = INI.read_bytes()
+    without_voice = [("", "Run-Time Error", "Return", [], []), *SILENT_GAME[1:]]  # voice.dll is not there
+    play(without_voice, folder=INSTALLED, then_do=refuse_to_change)
+    set_up(setup=INSTALLED / "uninstall.exe")
+    wait_for((own, {}, False), installed)
+    assert INI.read_bytes() == settings
 
 
 if __name__ == "__main__":
     subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
     atexit.register(run, "wineserver --kill")
-    shutil.unpack_archive(sys.argv[1], HOME.name)
+    shutil.unpack_archive(ZIP, HOME.name)
     subprocess.check_call([*COMPILE, PROGRAM_FOLDER / "voice.dll", "-shared", Path(__file__).with_name("voice.cpp")])
     subprocess.run([*COMPILE, PROGRAM_FOLDER / "profile.exe", "-xc++", "-"], input=PROFILE, check=True)
     run("wine wineboot --init")
@@ -123,3 +194,4 @@ if __name__ == "__main__":
     play(GAME)
     assert INI.read_bytes() == settings + b"[Options]\r\nAutoCallTm=18\r\nFontSz=33\r\n", INI.read_bytes()
     assert subprocess.call(ask) == 33
+    check_setup()
