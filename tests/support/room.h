@@ -4,21 +4,38 @@
 #include "application.h"
 #include "draw.h"
 #include "error.h"
-#include "message_box.h"
 #include "modMain.h"
 #include "screen_awake.h"
 #include "support/fake_speech.h"
+#include "support/rules.h"
 
 #include <QtTest>
 #include <QtWidgets>
 
-inline double nextFraction = 0.5; ///< what the next draws draw with
+#include <unistd.h>
 
 inline bool screenStaysOn = false;
+inline QStringList said; ///< to a screen reader
 
 void os::keepScreenOn(bool on)
 {
     screenStaysOn = on;
+}
+
+/// What the program tells screen readers comes here. Qt passes it on only where one runs.
+void QAccessible::updateAccessibility(QAccessibleEvent *event)
+{
+    QAccessibleInterface *source = event->accessibleInterface();
+    const auto *widget = qobject_cast<QWidget *>(event->object());
+    const bool isNamed = widget && widget->hasFocus() && !widget->accessibleName().isEmpty();
+    if (event->type() == ObjectShow && source->role() == Notification)
+        said += source->text(Name);
+    if (event->type() == NameChanged && isNamed)
+        said += "its name: " + source->text(Name);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    if (event->type() == Announcement)
+        said += static_cast<QAccessibleAnnouncementEvent *>(event)->message();
+#endif
 }
 
 inline void writeFile(const QString &path, const QByteArray &content)
@@ -28,13 +45,14 @@ inline void writeFile(const QString &path, const QByteArray &content)
         qFatal("cannot write %s", qPrintable(path));
 }
 
-/// Where the pixels of a colour are in a place of a picture.
-inline QRect ink(const QImage &picture, const QRect &place, const QColor &color)
+/// Where the pixels of a kind are in a place of a picture.
+template <class Kind>
+QRect ink(const QImage &picture, const QRect &place, const Kind &isMeant)
 {
     QRect found;
     for (int y = place.top(); y <= place.bottom(); ++y) {
         for (int x = place.left(); x <= place.right(); ++x)
-            found |= picture.valid(x, y) && picture.pixel(x, y) == color.rgb() ? QRect(x, y, 1, 1) : QRect();
+            found |= picture.valid(x, y) && isMeant(picture.pixelColor(x, y)) ? QRect(x, y, 1, 1) : QRect();
     }
     return found;
 }
@@ -47,18 +65,16 @@ public:
     /// Starts without settings, or with those of the room before.
     explicit Room(bool hasSettings = false)
     {
-        nextFraction = 0.5;
-        game::randomFraction = [] { return nextFraction; };
+        game::randomFraction = [this] { return m_fraction; };
         if (!hasSettings && !modMain::SettingsPath.isEmpty())
             QFile::remove(modMain::SettingsPath);
         speech::SpVoice::setSystemEngine(speech.factory());
         qApp->installEventFilter(this);
         answer();
         m_program = modMain::Main();
-        QVERIFY(QTest::qWaitFor([this] {
-            window = qobject_cast<QMainWindow *>(QApplication::activeWindow());
-            return !window.isNull();
-        }));
+        window = static_cast<QMainWindow *>(m_program.get());
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        said.clear();
     }
     ~Room() override { end(); }
     /// Closes the main window, and with it the program.
@@ -71,227 +87,137 @@ public:
         m_program.reset();
     }
 
+    /// The control of the main window that has the name, or else of another.
     template <class Control = QWidget>
     Control *find(const QString &name) const
     {
-        auto *found = window->findChild<Control *>(name);
+        auto *found = window->centralWidget()->findChild<Control *>(name);
+        found = found ? found : window->findChild<Control *>(name);
         return found ? found : (qFatal("no control %s", qPrintable(name)), nullptr);
     }
     QTextEdit *display(const QString &name) const { return find<QTextEdit>(name); }
-    QLineEdit *entry() const { return window->centralWidget()->findChild<QLineEdit *>("Text1"); }
     QPoint placeOf(const QWidget *control, QPoint inside) const { return control->mapTo(window, inside); }
-
-    static void click(const QWidget *control)
+    /// What a control shows: its text, and whether it is checked.
+    static QString content(const QObject *control)
     {
-        const QPoint place = control->rect().bottomRight() - QPoint(3, 3);
-        QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {},
-                          control->mapTo(control->window(), place));
+        const char *texts[] = {"plainText", "currentText", "text"};
+        QString text;
+        for (const char *name : texts)
+            text = control->property(name).isValid() ? control->property(name).toString() : text;
+        const bool isCheckable = control->property("checkable").toBool();
+        return isCheckable ? (control->property("checked").toBool() ? "on" : "off") : text.remove('&');
+    }
+
+    /// Plays a script, "enter 33, click cButt(33): Yes", step by step by the rules. Answers how what is seen
+    /// differs from them, or nothing.
+    QString play(const QString &script, Rules &rules)
+    {
+        for (const QString &step : script.split(", ")) {
+            play(step);
+            rules.play(Step(step));
+            const Facts expected = rules.facts();
+            const qsizetype texts = expected["spoken"].count(". ") + !expected["spoken"].isEmpty();
+            (void)QTest::qWaitFor([&] { return speech.spoken.size() >= m_heard + texts; });
+            const Facts seen = look();
+            QString differences;
+            for (const QString &fact : expected.keys())
+                differences += seen[fact] == expected[fact]
+                                   ? ""
+                                   : "\n  " + fact + " is " + seen[fact] + "\n  and not " + expected[fact];
+            if (!differences.isEmpty())
+                return "after " + step + differences;
+        }
+        return "";
+    }
+    void play(const QString &script);
+    Facts look();
+    bool isRed(const QImage &picture, int n) const;
+
+    // ---- The hand
+    /// The window that keys go to. Where a box was closed, a window manager gives it them.
+    QWindow *keyboard()
+    {
+        QCoreApplication::processEvents();
+        while (!QGuiApplication::focusWindow() && window) {
+            (m_front && m_front->isVisible() ? m_front.data() : window.data())->activateWindow();
+            QCoreApplication::processEvents();
+        }
+        if (!QApplication::activeModalWidget())
+            m_front = QApplication::activeWindow();
+        return QGuiApplication::focusWindow();
+    }
+    void click(QWidget *control, QPoint place, Qt::MouseButton button = Qt::LeftButton)
+    {
+        keyboard();
+        m_front = control->window();
+        m_front->activateWindow();
+        QTest::mouseClick(m_front->windowHandle(), button, {}, control->mapTo(m_front, place));
+    }
+    void click(QWidget *control, Qt::MouseButton button = Qt::LeftButton)
+    {
+        const bool holdsText = control->inherits("QComboBox") || control->inherits("QLineEdit");
+        click(control, holdsText ? control->rect().bottomRight() - QPoint(3, 3) : QPoint(3, 3), button);
+    }
+    /// Presses the mouse on a control, and releases it elsewhere.
+    void slip(QWidget *control)
+    {
+        keyboard();
+        QWindow *under = control->window()->windowHandle();
+        QTest::mousePress(under, Qt::LeftButton, {}, control->mapTo(control->window(), QPoint(3, 3)));
+        QTest::mouseRelease(under, Qt::LeftButton, {}, {1, under->height() - 2});
+    }
+    void type(const QString &text)
+    {
+        for (const char c : text.toLatin1()) {
+            QTest::keyClick(keyboard(), c);
+            QThread::msleep(1); // else the program takes the next for a repeat of a held key
+        }
+    }
+    /// Presses one key, with others held: "Alt+F4".
+    void key(const QString &name)
+    {
+        const QKeyCombination keys = QKeySequence(name)[0];
+        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
+        const QString sign = keys.key() < 128 ? QChar(keys.key() & (isControl ? 31 : 127)) : QString();
+        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), sign, keys.keyboardModifiers());
+    }
+    /// Chooses from a menu, a list that drops down, or a list, or sets a slider.
+    void choose(const QString &name, const QString &value)
+    {
+        if (auto *action = window->findChild<QAction *>(name)) {
+            auto *owner = action->associatedObjects().constFirst();
+            auto *menu = qobject_cast<QMenu *>(owner);
+            auto *bar = qobject_cast<QMenuBar *>(menu ? menu->parent() : owner);
+            click(bar, bar->actionGeometry(menu ? menu->menuAction() : action).center());
+            if (menu)
+                QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
+                                  menu->actionGeometry(action).center());
+        } else if (auto *combo = qobject_cast<QComboBox *>(find(name))) {
+            click(combo);
+            combo->view()->setCurrentIndex(combo->model()->index(combo->findText(value), 0));
+            QTest::keyClick(combo->view(), Qt::Key_Return);
+        } else {
+            const char *property = name == "List1" ? "currentRow" : "value";
+            QVERIFY(QTest::qWaitFor([&] {
+                return find(name)->setProperty(property, value) && find(name)->property(property) == value;
+            }));
+        }
+        keyboard();
     }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
-        for (int i = 0; i < qMax(1, times) && timer->isActive(); ++i) {
+        for (; times > 0 && timer->isActive(); --times) {
             QTimerEvent over(timer->timerId());
             m_ticking = timer;
             QCoreApplication::sendEvent(timer, &over);
         }
     }
 
-    /// Plays a script, word by word: the words of playOne(), and
-    ///   33, 7-9   a click on a number, on some
-    ///   cPause    a click on the control of that name
-    ///   mnuHelp   a choice from a menu
-    ///   cboSec=5  a choice from a list, once it is there, or where a slider is put
-    /// A key behind a colon (33:Y) answers the question that comes, else Escape does, at first with s: the
-    /// time goes on, e: a failure is to be told, u, p: chkAutoCall or cPause is pressed, as a screen reader
-    /// can.
-    void play(const QString &script)
-    {
-        for (const QString &step : script.split(' ', Qt::SkipEmptyParts)) {
-            if (!QGuiApplication::focusWindow()) { // Behind a box, a window manager does this.
-                window->activateWindow();
-                QCoreApplication::processEvents();
-            }
-            m_answer = step.section(':', 1);
-            playOne(step.section(':', 0, 0));
-        }
-    }
-
-    /// All that the room sees, what is at rest left out: "count current/past red numbers, grey buttons (where
-    /// they are others) lit cells (a to y), the countdown, the entry, focus, open windows; what was said;
-    /// boxes".
-    QString look()
-    {
-        settle();
-        const QImage picture = window->grab().toImage();
-        const QString red = redNumbers(picture), grey = greyNumbers(picture);
-        const auto *animation = find<QTimer>("Timer1");
-        const auto *pause = find<QPushButton>("cPause");
-        QStringList windows;
-        for (const auto *other : window->findChildren<QWidget *>(QRegularExpression("^frm")))
-            windows += other->isVisible() ? QStringList(other->objectName()) : QStringList();
-        const std::pair<const char *, QString> parts[] = {
-            {"", find<QLabel>("lblCallCnt")->text().remove("Balls Called: ")},
-            {" ", textOf("RTB3")},
-            {"/", textOf("RTB4")},
-            {" red ", red == "none" ? "" : red},
-            {" grey ", grey == red ? "" : grey},
-            {" lit ", litCells(picture)},
-            {" step ", animation->isActive() ? QString::number(animation->interval()) : ""},
-            {" ", find<QLabel>("lblAutoCall")->text().replace("Auto Call In : ", "in ")},
-            {" ", pause->isEnabled() ? pause->text() : ""},
-            {" counts", find<QTimer>("Timer2")->isActive() ? "." : ""},
-            {" entry ", entry()->text()},
-            {" focus ", window->focusWidget() == entry() ? "" : window->focusWidget()->objectName()},
-            {" + ", windows.join(" + ")},
-            {"; ", speech.spoken.mid(m_heard).join("; ").remove(" -1 0")},
-            {"; ", std::exchange(boxes, {}).join("; ")},
-        };
-        m_heard = speech.spoken.size();
-        QString seen;
-        for (const auto &[what, text] : parts)
-            seen += text.isEmpty() ? QString() : what + text;
-        return seen;
-    }
-
-    QString textOf(const QString &name) const
-    {
-        return (u'.' + display(name)->toPlainText()).trimmed().mid(1); // blanks at the end are not seen
-    }
-    /// The numbers of the large board that are red and nowhere black: "7 12-15 33", or "none".
-    QString redNumbers(const QImage &picture) const
-    {
-        const QTextEdit *board = display("RTB2");
-        return numbersWhere([&](int n) {
-            QTextCursor cell = board->document()->find(QRegularExpression(QString("\\b%1\\b").arg(n)));
-            const QRect end = board->cursorRect(cell);
-            cell.setPosition(cell.selectionStart());
-            const QRect seen = QRect(board->cursorRect(cell).topLeft(), end.bottomLeft())
-                                   .translated(placeOf(board->viewport(), {}));
-            return ink(picture, seen, Qt::red).isValid() && !ink(picture, seen, Qt::black).isValid();
-        });
-    }
-    QString greyNumbers(const QImage &picture) const
-    {
-        return numbersWhere([&](int n) {
-            const QPoint inside = placeOf(find(QString("cButt(%1)").arg(n)), {4, 4});
-            return picture.pixelColor(inside) == QColor("#A0A0A0");
-        });
-    }
-    /// The lit cells; the entry box lies over cell 10, and hides it only while something stands in it.
-    QString litCells(const QImage &picture) const
-    {
-        QString lit;
-        for (int i = 1; i <= 25; ++i) {
-            const QWidget *cell = find(QString("tDemo(%1)").arg(i));
-            const QPoint inside = placeOf(cell, cell->rect().center());
-            if (picture.pixelColor(inside) == Qt::black)
-                lit += QChar('a' + i - 1);
-        }
-        return lit;
-    }
-
     FakeSpeech speech;
     QPointer<QMainWindow> window;
-    QStringList boxes; ///< "title: text" of each since the last look
 
 private:
-    QWindow *keyboard() const
-    {
-        QWindow *focused = QGuiApplication::focusWindow();
-        return focused ? focused : window->windowHandle();
-    }
-    /// Presses one key, with others held.
-    void press(QKeyCombination keys) const
-    {
-        const bool isControl = keys.keyboardModifiers() & Qt::ControlModifier;
-        const QString sign = keys.key() < 128 ? QChar(keys.key() & (isControl ? 31 : 127)) : QString();
-        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), sign, keys.keyboardModifiers());
-    }
-    void type(const QString &text) const
-    {
-        for (const char c : text.toLatin1())
-            QTest::keyClick(keyboard(), c);
-    }
-    void playOne(const QString &step)
-    {
-        static const QRegularExpression form("^([%'\"?]|[a-zA-Z~.]*)=?(.*)");
-        const QString word = form.match(step).captured(1), rest = form.match(step).captured(2);
-        const QHash<QString, std::function<void()>> words{
-            {"p", [&] { click(find(QString("cDemoButt(%1)").arg(rest))); }},
-            {"c", [&] { click(find(QString("tDemo(%1)").arg(rest))); }}, // a cell of the card
-            {"s", [&] { tick(find<QTimer>("Timer2"), rest.toInt()); }},  // seconds of the countdown
-            {"a", [&] { tick(find<QTimer>("Timer1"), rest.toInt()); }},  // steps of the animation
-            {"%", [&] { nextFraction = rest.toInt() / 100.0; }},
-            {"'", [&] { type(QString(rest).replace('/', '\r').replace('_', ' ')); }},
-            {"\"", [&] { commit(rest); }},
-            {"key", [&] { press(QKeySequence(rest)[0]); }}, // key=Alt+F4
-            {"soon",
-             [&] { QTimer::singleShot(50, this, [=, this] { play(QString(rest).replace(',', ' ')); }); }},
-            {"?", [&] { boxes += '(' + look() + ')'; }},
-            {"voice", [&] { modMain::Voice.VoiceIndex = rest.toInt(); }}, // the choice
-            {"throw", [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("out of paper"); }); }},
-            {"none", [&] { speech.isInstalled = false; }},
-            {"hush", [&] { speech.speaksByItself = false; }}, // ends no text by itself
-            {"~", [&] { await(); }},                          // until something is said
-            {".", [&] { speech.engine ? speech.engine->ended() : void(); }},
-            {"gone",
-             [&] {
-                 speech.engine ? speech.engine->failed({-7, "it went away"}) : void();
-             }},
-        };
-        const QStringList ends = step.split('-');
-        if (words.contains(word))
-            words[word]();
-        else if (step.contains('='))
-            choose(find(step.section('=', 0, 0)), step.section('=', 1));
-        else if (auto *action = window->findChild<QAction *>(step)) {
-            action->trigger();
-            QCoreApplication::processEvents(); // gives a new window the focus
-        } else if (!word.isEmpty())
-            click(find(step));
-        for (int n = ends.first().toInt(); n && n <= ends.last().toInt(); ++n)
-            click(find(QString("cButt(%1)").arg(n)));
-    }
-    /// Chooses an entry or a row, or sets a slider.
-    static void choose(QWidget *control, const QString &value)
-    {
-        const char *property = control->inherits("QComboBox")   ? "currentText"
-                               : control->inherits("QListView") ? "currentRow"
-                                                                : "value";
-        QVERIFY(QTest::qWaitFor(
-            [&] { return control->setProperty(property, value) && control->property(property) == value; }));
-    }
-    static void commit(const QString &text)
-    {
-        QInputMethodEvent event;
-        event.setCommitString(text);
-        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
-    }
-    template <class Condition>
-    static QString numbersWhere(Condition holds)
-    {
-        QString text;
-        for (int n = 1, end = 0; n <= 75; n = end + 1) {
-            for (end = n; end <= 75 && holds(end);)
-                ++end;
-            if (end > n)
-                text += QString(" %1").arg(n) + (end > n + 1 ? QString("-%1").arg(end - 1) : QString());
-        }
-        return text.isEmpty() ? "none" : text.mid(1);
-    }
-    static void settle()
-    {
-        for (int i = 0; i < 50; ++i)
-            QCoreApplication::processEvents();
-    }
-    /// Waits until more is said than at the last waiting, and all that comes of it.
-    void await()
-    {
-        QVERIFY(QTest::qWaitFor([this] { return speech.spoken.size() > m_awaited; }));
-        settle();
-        m_awaited = speech.spoken.size();
-    }
     /// Answers each box that comes.
     void answer()
     {
@@ -300,49 +226,177 @@ private:
         if (!box)
             return;
         if (box != m_answered) {
-            boxes += m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
+            m_boxes +=
+                m_answered && m_answered->isVisible() ? QStringList("a box over a box") : QStringList();
             m_answered = box;
             m_rounds = 0;
-            boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
-            const QString answer = std::exchange(m_answer, {});
-            const QMap<QString, Qt::Key> keys{{"Y", Qt::Key_Y}, {"N", Qt::Key_N}, {"/", Qt::Key_Return}};
-            m_key = keys.value(box->button(QMessageBox::Yes) ? answer : QString(), Qt::Key_Escape);
-            if (answer == "s")
-                tick(find<QTimer>("Timer2"), 5);
-            if (answer == "e")
-                controls::reportError(window, {-2147221164, "No voice"});
-            if (answer == "u" || answer == "p")
-                find<QAbstractButton>(answer == "u" ? "chkAutoCall" : "cPause")->click();
+            QMap<int, QString> captions;
+            for (auto *button : box->buttons())
+                captions[button->x()] = content(button) + (button == box->defaultButton() ? "!" : "");
+            const char *icon = QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(box->icon());
+            m_boxes += QString("%1: %2 (%3: %4)")
+                           .arg(box->windowTitle(), box->text().replace('\n', ' '), icon,
+                                QStringList(captions.values()).join(", "));
+            tick(find<QTimer>("Timer2"), 5); // The time stands still.
         }
+        const QMap<QString, Qt::Key> keys{{"Yes", Qt::Key_Y}, {"No", Qt::Key_N}, {"Enter", Qt::Key_Return}};
         if (m_rounds++ % 500 == 0) // The second of two keys of one time is lost.
-            QTest::keyClick(box->windowHandle(), m_key);
+            QTest::keyClick(box->windowHandle(),
+                            keys.value(box->button(QMessageBox::Yes) ? m_answer : "", Qt::Key_Escape));
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        return event->type() == QEvent::Timer && watched->objectName().startsWith("Timer") &&
-               std::exchange(m_ticking, nullptr) != watched;
+        const bool isTimer = QRegularExpression("^(Timer|naming)").match(watched->objectName()).hasMatch();
+        return event->type() == QEvent::Timer && isTimer && std::exchange(m_ticking, nullptr) != watched;
     }
 
     std::unique_ptr<QWidget> m_program;
+    QPointer<QWidget> m_front;
     QPointer<QMessageBox> m_answered;
     QString m_answer;
-    Qt::Key m_key = Qt::Key_Escape;
+    QStringList m_boxes;
+    QObject *m_ticking = nullptr;
+    double m_fraction = 0.5;
     int m_rounds = 0;
-    QTimer *m_ticking = nullptr;
-    qsizetype m_heard = 0, m_awaited = 0;
+    qsizetype m_heard = 0;
 };
 
-/// Runs the tests of an object in an application with a folder of its own.
+inline void Room::play(const QString &script)
+{
+    for (const QString &text : script.split(", ")) {
+        const Step step(text);
+        const auto control = [&] {
+            return step.name() == "frmBingo" ? find("frmBingo")->findChild<QTextEdit *>() : find(step.name());
+        };
+        m_answer = step.answer;
+        const QHash<QString, std::function<void()>> verbs{
+            {"click", [&] { click(control()); }},
+            {"rightclick", [&] { click(control(), Qt::RightButton); }},
+            {"slip", [&] { slip(control()); }},
+            {"middleclick", [&] { click(control(), Qt::MiddleButton); }},
+            {"space", [&] { control()->setFocus(Qt::TabFocusReason), type(" "); }},
+            {"type", [&] { type(step.what); }},
+            {"enter", [&] { type(step.what + '\r'); }},
+            {"key", [&] { key(step.what); }},
+            {"font",
+             [&] {
+                 click(find<QComboBox>("iFontSize")->lineEdit()), key("Ctrl+A"), key("Del"),
+                     type(step.what + '\r');
+             }},
+            {"halffont",
+             [&] {
+                 click(find<QComboBox>("iFontSize")->lineEdit()), key("Ctrl+A"), key("Del"), type(step.what);
+             }},
+            {"choose", [&] { choose(step.name(), step.what.section(' ', 1)); }},
+            {"close", [&] { control()->window()->close(); }},
+            {"seconds", [&] { tick(find<QTimer>("Timer2"), step.what.toInt()); }},
+            {"frames", [&] { tick(find<QTimer>("Timer1"), step.what.toInt()); }},
+            {"halfhour", [&] { tick(find<QTimer>("afterCall")); }},
+            {"draws", [&] { m_fraction = step.what.toDouble(); }},
+            {"waits", [&] { speech.speaksByItself = false; }},
+            {"ends", [&] { speech.engine->ended(); }},
+            {"fails",
+             [&] {
+                 speech.engine->failed({-7, "it went away"});
+             }},
+        };
+        verbs.value(step.verb == "service" ? step.what : step.verb,
+                    [&] { qFatal("no verb %s", qPrintable(text)); })();
+    }
+}
+
+/// Whether a number is red on the large board: what is seen of it, or the letters' colour where it is not.
+inline bool Room::isRed(const QImage &picture, int n) const
+{
+    const QTextEdit *board = display("RTB2");
+    QTextCursor cell(board->document());
+    cell.setPosition(3 * (n - 1) + 2 * ((n - 1) / 15));
+    const QRect start = board->cursorRect(cell);
+    cell.movePosition(QTextCursor::Right, QTextCursor::KeepAnchor, n < 10 ? 1 : 2);
+    const QRect place = start | board->cursorRect(cell).translated(-2, 0),
+                seen = place.translated(placeOf(board->viewport(), {}));
+    if (!board->viewport()->rect().contains(place))
+        return cell.charFormat().foreground().color() == Qt::red;
+    const bool isRed =
+        ink(picture, seen, [](const QColor &c) { return c.red() > 230 && c.green() < 120; }).isValid();
+    const bool isBlack = ink(picture, seen, [](const QColor &c) { return c.red() < 200; }).isValid();
+    if (isRed == isBlack || cell.selectedText() != QString::number(n))
+        qWarning("%d is neither red nor black", n);
+    return isRed && !isBlack;
+}
+
+/// What the room sees now, what a screen reader finds, and what was heard since the last look.
+inline Facts Room::look()
+{
+    for (int i = 0; i < 50; ++i)
+        keyboard();
+    tick(find<QTimer>("naming"), 99);
+    Facts seen;
+    const QImage picture = window->grab().toImage();
+    const auto paint = [&](const QString &name, int i) {
+        const QWidget *control = find(name.arg(i));
+        return picture.pixelColor(placeOf(control, name[0] == 't' ? control->rect().center() : QPoint(4, 4)));
+    };
+    for (const char *name : {"lblCallCnt", "RTB3", "RTB4", "Text1", "iFontSize", "cboSec", "lblAutoCall",
+                             "cPause", "chkAutoCall", "chkMakeVoiceCall"})
+        seen[name] = content(find(name));
+    seen["RTB4"] = ('.' + seen["RTB4"]).trimmed().mid(1); // blanks at the end are not seen
+    for (QWidget *control : window->findChildren<QWidget *>()) {
+        QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(control);
+        const QString name = reader->role() == QAccessible::StatusBar ? "state" : control->objectName();
+        if (QRegularExpression("^(c.*\\(|tDemo|Frame1|state)").match(name).hasMatch())
+            seen[name + " in words"] = reader->text(QAccessible::Name);
+        if (QRegularExpression("^RTB[234]").match(name).hasMatch() && control->window() == window)
+            seen[name + " in words"] = reader->text(QAccessible::Description);
+    }
+    const auto *animation = find<QTimer>("Timer1");
+    QStringList open;
+    for (const auto *top : QApplication::topLevelWidgets())
+        open += top->isVisible() && top->objectName().startsWith("frm") ? QStringList(top->objectName())
+                                                                        : QStringList();
+    open.sort();
+    seen.insert({
+        {"red", Rules::where([&](int n) { return isRed(picture, n); })},
+        {"grey", Rules::where([&](int n) { return paint("cButt(%1)", n) == QColor("#A0A0A0"); })},
+        {"black", Rules::where([&](int i) { return paint("tDemo(%1)", i) == Qt::black; }, 25)},
+        {"next form", animation->isActive() ? QString::number(animation->interval()) : ""},
+        {"countdown", find<QTimer>("Timer2")->isActive() ? "runs" : "stands"},
+        {"points", QString::number(display("RTB2")->font().pointSizeF())},
+        {"mnuShaddow", content(window->findChild<QAction *>("mnuShaddow"))},
+        {"focus", window->focusWidget()->objectName()},
+        {"screen", screenStaysOn ? "on" : ""},
+        {"windows", open.join(' ')},
+        {"in front", QApplication::activeWindow()->objectName()},
+        {"boxes", std::exchange(m_boxes, {}).join(". ")},
+        {"said", std::exchange(said, {}).join(". ")},
+        {"spoken", speech.spoken.mid(m_heard).join(". ")},
+    });
+    m_heard = speech.spoken.size();
+    return seen;
+}
+
+/// Runs the tests of an object in an application with a folder of its own, in which the program lies, too:
+/// first this program makes it, then the same one in there.
 template <class Test>
 int runInRoom(int argc, char *argv[])
 {
-    QTemporaryDir folder;
+    const QFileInfo program(argv[0]);
+    QDir folder = program.absoluteDir();
+    if (!folder.path().endsWith(".room")) {
+        QTemporaryDir made(program.absoluteFilePath() + "-XXXXXX.room");
+        made.setAutoRemove(false);
+        QByteArray path = made.filePath(program.fileName()).toLocal8Bit();
+        return link(std::exchange(argv[0], path.data()), path) == 0 ? execv(path, argv) : 1;
+    }
     QDir::setCurrent(folder.path());
-    qputenv("AppData", folder.path().toLocal8Bit());
+    writeFile("help.txt", "Help");
+    qputenv("AppData", folder.filePath("AppData").toLocal8Bit());
     app::Application application(argc, argv);
     QApplication::setApplicationName("Vellomir");
     controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
     Test test;
-    return QTest::qExec(&test, argc, argv);
+    const int failed = QTest::qExec(&test, argc, argv);
+    folder.removeRecursively();
+    return failed;
 }

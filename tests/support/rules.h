@@ -1,0 +1,440 @@
+#pragma once
+
+#include <QtCore>
+
+#include <cmath>
+#include <set>
+
+/// What is seen, heard and found out at one moment: the texts of controls by their names, the rest by names
+/// of its own.
+using Facts = QMap<QString, QString>;
+
+/// One thing that a caller does: "click cButt(33): Yes" has a verb, a name, and the answer to the question
+/// that comes. "choose cboSec 5" has a value, too.
+struct Step
+{
+    explicit Step(const QString &text)
+        : verb(text.section(": ", 0, 0).section(' ', 0, 0))
+        , what(text.section(": ", 0, 0).section(' ', 1))
+        , answer(text.section(": ", 1))
+    {
+    }
+    QString name() const { return what.section(' ', 0, 0); }
+    QString array() const { return name().section('(', 0, 0); }
+    int index() const { return name().section('(', 1).chopped(name().endsWith(')')).toInt(); }
+    QString verb, what, answer;
+};
+
+/// The letters of the columns that a pattern takes out of play, and its forms: "X...X ..... ..... .....
+/// X...X".
+struct Pattern
+{
+    QString caption, shadow;
+    QStringList forms;
+};
+
+/// The rules of the game a second time, without a line of the program: what each step leads to.
+class Rules
+{
+public:
+    using Numbers = std::set<int>;
+    using Actions = QHash<QString, std::function<void()>>;
+
+    explicit Rules(const QList<Pattern> &patterns)
+        : m_patterns(patterns)
+    {
+    }
+    void play(const Step &step)
+    {
+        const QString value = step.what.section(' ', 1);
+        const int times = QStringList{"seconds", "frames"}.contains(step.verb) ? step.what.toInt() : 1;
+        m_answer = step.answer;
+        const Actions verbs{
+            {"click", [&] { press(step.array(), step.index()); }},
+            {"space", [&] { press(now["focus"] = step.name(), step.index()); }},
+            {"rightclick", [&] { front("frmMain"); }},
+            {"middleclick", [&] { front("frmMain"); }},
+            {"slip", [&] { front("frmMain"); }},
+            {"type", [&] { type(step.what); }},
+            {"enter", [&] { type(step.what + '\r'); }},
+            {"font", [&] { front("frmMain"), setFontSize(step.what); }},
+            {"halffont",
+             [&] { front("frmMain"), now[now["focus"] = "iFontSize"] = step.what, m_isHalfTyped = true; }},
+            {"choose", [&] { choose(step.name(), value); }},
+            {"close", [&] { close(step.name()); }},
+            {"draws", [&] { m_fraction = step.what.toDouble(); }},
+            {"seconds", [&] { second(); }},
+            {"frames", [&] { nextForm(); }},
+            {"halfhour", [&] { m_isQuiet = true; }},
+            {"service", [&] { serve(step.what); }},
+        };
+        for (int i = 0; i < times && verbs.contains(step.verb); ++i)
+            verbs[step.verb]();
+    }
+
+    /// What must be seen now, and what must have been said since the last time.
+    Facts facts()
+    {
+        Facts all = now;
+        QStringList last, past, reds, rows;
+        for (const int n : m_last) {
+            last += spoken(n);
+            past += label(n).leftJustified(3);
+        }
+        for (const int n : m_red)
+            reds += spoken(n);
+        for (int n = 1; n <= 75; ++n)
+            all[QString("cButt(%1) in words").arg(n)] =
+                spoken(n) + (m_called.count(n) ? ", called" : ", not called");
+        for (int id = 1; id <= 21; ++id)
+            all[QString("cDemoButt(%1) in words").arg(id)] =
+                m_patterns[id - 1].caption + (id == m_pattern ? " pattern, selected" : " pattern");
+        for (int i = 1; i <= 25; ++i) {
+            const QString row = QString("row %1").arg((i + 4) / 5), column = QString("BINGO")[(i - 1) % 5];
+            all[QString("tDemo(%1) in words").arg(i)] =
+                QString("Pattern %1, column %2, %3").arg(row, column, m_lit.count(i) ? "lit" : "unlit");
+            if (m_lit.count(i) && (rows.isEmpty() || !rows.last().startsWith(row)))
+                rows += row;
+            if (m_lit.count(i))
+                rows.last() += ' ' + column;
+        }
+        all.insert({
+            {"lblCallCnt", QString("Balls Called: %1").arg(m_count)},
+            {"state in words", (last.mid(0, 1) + QStringList(QString("%1 called").arg(m_count))).join(", ")},
+            {"RTB3", m_last.isEmpty() ? "" : label(m_last[0])},
+            {"RTB3 in words", listed(last.mid(0, 1))},
+            {"RTB4", past.mid(1).join(' ').trimmed()},
+            {"RTB4 in words", listed(last.mid(1))},
+            {"RTB2 in words", listed(reds)},
+            {"red", where([&](int n) { return m_red.count(n); })},
+            {"grey", where([&](int n) { return m_called.count(n); })},
+            {"black", where([&](int i) {
+                 return m_lit.count(i) && (i != 10 || now["Text1"].isEmpty());
+             })}, // 10 is covered
+            {"Frame1 in words", "Pattern card, " + (rows.isEmpty() ? "empty" : rows.join(", "))},
+            {"screen", counts() || !m_isQuiet ? "on" : ""},
+            {"in front", m_windows.last()},
+        });
+        QStringList open = m_windows;
+        open.sort();
+        all["windows"] = open.join(' ');
+        now["boxes"] = now["said"] = now["spoken"] = "";
+        return all;
+    }
+    QString inFront() const { return m_windows.last(); }
+    /// The numbers of which something is true: "7 33".
+    template <class Condition>
+    static QString where(Condition holds, int last = 75)
+    {
+        QStringList texts;
+        for (int n = 1; n <= last; ++n)
+            texts += holds(n) ? QStringList(QString::number(n)) : QStringList();
+        return texts.join(' ');
+    }
+
+private:
+    static QString label(int n) { return QString("BINGO")[(n - 1) / 15] + QString::number(n); }
+    static QString spoken(int n) { return label(n).insert(1, ' '); }
+    static QString listed(const QStringList &texts) { return texts.isEmpty() ? "none" : texts.join(", "); }
+    bool counts() const { return now["countdown"] == "runs"; }
+    bool isOn() const { return now["chkAutoCall"] == "on"; }
+    void add(const QString &fact, const QString &text)
+    {
+        now[fact] += (now[fact].isEmpty() ? "" : ". ") + text;
+    }
+    void tell(const QString &box)
+    {
+        add("boxes", box + (box.startsWith('R') ? " (Warning: OK!)" : " (NoIcon: OK!)"));
+    }
+    bool isYes(const QString &question)
+    {
+        add("boxes", "Clear Board: " + question + ", Are you sure? (Question: Yes, No!)");
+        return m_answer == "Yes";
+    }
+    void front(const QString &window) { m_windows.removeAll(window), m_windows += window; }
+    void close(const QString &window)
+    {
+        m_windows.removeAll(window);
+        front("frmMain");
+        if (window == "frmBingo")
+            add("said", "BINGO closed");
+    }
+    void focusOn(const QString &control)
+    {
+        now["iFontSize"] = m_isHalfTyped ? now["points"] : now["iFontSize"];
+        now["focus"] = control;
+        m_isHalfTyped = false;
+    }
+    void toEntry() { now["Text1"] = "", focusOn("Text1"); }
+
+    void press(const QString &name, int index)
+    {
+        const bool isChosen = !m_chosen.isEmpty();
+        const QString select = "Vellomir: Please select a voice from the list box.";
+        const Actions elsewhere{
+            {"cOK", [&] { close("frmAbout"); }},
+            {"frmBingo", [&] { close("frmBingo"); }},
+            {"cListen",
+             [&] { isChosen ? add("spoken", "Bee 4, Oh 62, Eye 25 " + m_chosen + m_rate) : tell(select); }},
+            {"cSave", [&] { isChosen ? m_voice = m_chosen + m_rate, close("frmVoices") : tell(select); }},
+        };
+        const Actions board{
+            {"cButt", [&] { number(index); }},
+            {"cDemoButt", [&] { selectPattern(index); }},
+            {"tDemo", [&] { m_lit.erase(index) || m_lit.insert(index).second, focusOn("Text1"); }},
+            {"Text1", [&] { now["focus"] = name, m_isHalfTyped = false; }},
+            {"cRandNum", [&] { draw(); }},
+            {"chkAutoCall",
+             [&] { m_left = 2, callByItself(!isOn(), !isOn()), focusOn(isOn() ? "cPause" : "Text1"); }},
+            {"cPause", [&] { isOn() ? callByItself(true, !counts()) : void(); }},
+            {"cmdClear", [&] { clear(); }},
+            {"cBingo", [&] { pause(), focusOn("Text1"), front("frmBingo"); }},
+            {"chkMakeVoiceCall", [&] { flip(name, "Make Voice Calls"), focusOn("Text1"); }},
+        };
+        if (elsewhere.contains(name))
+            return elsewhere[name]();
+        front("frmMain");
+        board.value(name, [] {})();
+    }
+    void flip(const QString &mark, const QString &caption)
+    {
+        const bool isOn = now[mark] == "off";
+        now[mark] = isOn ? "on" : "off";
+        add("said", caption + (isOn ? ", checked" : ", not checked"));
+    }
+    void choose(const QString &name, const QString &value)
+    {
+        const bool isNew = !m_windows.contains("frmVoices");
+        if (name.startsWith("mnu") || name == "cboSec" || name == "iFontSize")
+            front("frmMain");
+        const Actions choices{
+            {"mnuShaddow", [&] { flip(name, "Shaddow Buttons"); }},
+            {"mnuHelp", [&] { front("frmHelp"); }},
+            {"mnuAbout", [&] { front("frmAbout"); }},
+            {"mnuSpeak",
+             [&] { front("frmVoices"), m_chosen = isNew ? "" : m_chosen, m_rate = isNew ? " 0" : m_rate; }},
+            {"cboSec", [&] { now[name] = value, focusOn("Text1"); }},
+            {"iFontSize", [&] { setFontSize(value); }},
+            {"List1", [&] { m_chosen = value; }},
+            {"Slider1", [&] { m_rate = ' ' + value; }},
+        };
+        choices.value(name, [] {})();
+    }
+
+    // ---- Calls
+    void number(int n)
+    {
+        if (!m_called.count(n)) {
+            call(n);
+        } else if (isYes("Clearing button")) {
+            m_called.erase(n);
+            m_red = m_called;
+            add("said", spoken(n) + " not called");
+        }
+        toEntry();
+        focusOn(counts() ? "cPause" : "Text1");
+    }
+    void call(int n)
+    {
+        m_called.insert(n);
+        m_red = m_called;
+        m_last = (QList<int>{n} + m_last).mid(0, 5);
+        m_isQuiet = false;
+        ++m_count;
+        m_phrase = QStringList{"Bee, ", "Eye, ", "En, ", "Gee, ", "Oh, "}[(n - 1) / 15] + QString::number(n);
+        now["chkMakeVoiceCall"] == "on" ? say(m_phrase)
+                                        : add("said", QString("%1, %2 called").arg(spoken(n)).arg(m_count));
+    }
+    void draw()
+    {
+        QList<int> pool;
+        for (int n = 1; n <= 75; ++n)
+            pool += m_called.count(n) ? QList<int>() : QList<int>{n};
+        if (!pool.isEmpty())
+            return number(pool[int(m_fraction * double(pool.size()))]);
+        tell("Vellomir: Full Board....");
+        if (isOn())
+            m_left = 2, callByItself(true, true), focusOn("cPause");
+    }
+    void clear()
+    {
+        pause();
+        if (isYes("Clearing board")) {
+            m_last.clear();
+            m_count = 0;
+            put(m_pattern);
+            drawBoard();
+            m_red = m_called;
+            add("said", "Board cleared");
+        }
+        toEntry();
+    }
+
+    // ---- What is typed
+    void type(const QString &text)
+    {
+        for (const QChar sign : text) {
+            const QString focus = inFront() == "frmMain" ? now["focus"] : "";
+            if (focus == "cPause" && (sign == '\r' || sign == ' '))
+                callByItself(true, !counts());
+            if (focus == "iFontSize")
+                sign == '\r' ? setFontSize(now[focus]) : void(now[focus] += sign);
+            if (focus != "Text1")
+                continue;
+            const QString entry = std::exchange(now["Text1"], QString());
+            if (sign == '\r')
+                enter(entry);
+            else if (sign.toUpper() == 'R')
+                draw();
+            else if (sign.toUpper() != 'P')
+                now["Text1"] = entry + sign;
+            else if (isOn())
+                callByItself(true, !counts());
+        }
+    }
+    void enter(const QString &text)
+    {
+        const bool hasLetter = !text.isEmpty() && QString("BINGO").contains(text[0].toUpper());
+        bool isNumber = false;
+        const double value = (hasLetter ? text.mid(1, 2) : text).trimmed().toDouble(&isNumber);
+        const int n = isNumber && value > 0 && value < 76 ? int(std::nearbyint(value)) : 0;
+        if (n >= 1 && n <= 75)
+            number(n);
+    }
+    void setFontSize(const QString &text)
+    {
+        m_isHalfTyped = false;
+        now["iFontSize"] = text;
+        if (drawBoard() && now["points"].toDouble() != text.toDouble())
+            now["iFontSize"] = now["points"];
+        toEntry();
+    }
+    bool drawBoard()
+    {
+        bool isNumber = false;
+        const double size = now["iFontSize"].trimmed().toDouble(&isNumber);
+        now["points"] = isNumber ? QString::number(qBound(5.0, size, 100.0)) : now["points"];
+        m_red = isNumber ? m_called : m_red;
+        return isNumber;
+    }
+
+    // ---- Automatic calls
+    void callByItself(bool on, bool counting)
+    {
+        now["chkAutoCall"] = on ? "on" : "off";
+        now["countdown"] = counting ? "runs" : "stands";
+        now["cPause"] = counting ? "Pause" : "Play";
+        now["lblAutoCall"] = counting ? now["lblAutoCall"] : on ? "Paused" : "";
+        add("said", counting ? "Automatic calling, every " + now["cboSec"] + " seconds"
+                    : on     ? "Paused"
+                             : "Automatic calling off");
+    }
+    void pause()
+    {
+        if (counts())
+            callByItself(true, false);
+    }
+    void second()
+    {
+        if (counts() && --m_left < 1) {
+            m_left = now["cboSec"].toInt();
+            draw();
+        }
+        if (counts())
+            now["lblAutoCall"] = QString("Auto Call In : %1").arg(m_left);
+    }
+
+    // ---- Patterns
+    void selectPattern(int id)
+    {
+        const bool isSame = m_pattern == id;
+        put(isSame ? 0 : id);
+        focusOn("Text1");
+        const QString columns = m_patterns[id - 1].shadow.split("", Qt::SkipEmptyParts).join(", ");
+        add("said",
+            m_patterns[id - 1].caption + (isSame             ? " put away"
+                                          : m_called.empty() ? ", all columns in play"
+                                                             : ", columns " + columns + " out of play"));
+    }
+    void put(int id)
+    {
+        const Pattern pattern = id ? m_patterns[id - 1] : Pattern();
+        m_pattern = id;
+        m_form = 0;
+        m_called.clear();
+        for (int n = 1; n <= 75; ++n) {
+            if (now["mnuShaddow"] == "on" && pattern.shadow.contains(label(n)[0]))
+                m_called.insert(n);
+        }
+        show(pattern.forms.size() == 1 ? pattern.forms[0] : QString());
+        now["next form"] = pattern.forms.size() > 1 ? "100" : "";
+    }
+    void nextForm()
+    {
+        if (now["next form"].isEmpty())
+            return;
+        const QStringList &forms = m_patterns[m_pattern - 1].forms;
+        show(forms[m_form++ % forms.size()]);
+        now["next form"] = "1500";
+    }
+    void show(QString form)
+    {
+        m_lit.clear();
+        form.remove(' ');
+        for (int i = 0; i < form.size(); ++i) {
+            if (form[i] == 'X')
+                m_lit.insert(i + 1);
+        }
+    }
+
+    // ---- Speech
+    void say(const QString &text)
+    {
+        m_waiting += text;
+        if (m_waiting.size() == 1)
+            speak();
+    }
+    void speak()
+    {
+        add("spoken", m_waiting[0].replace(QRegularExpression(",(?=\\d)"), ", ") + ' ' + m_voice);
+        if (m_endsByItself)
+            end();
+    }
+    void end()
+    {
+        m_waiting.removeFirst();
+        if (!m_waiting.isEmpty())
+            speak();
+        m_isFollowUp = !m_isFollowUp;
+        const qsizetype digit = m_phrase.indexOf(' ') + 1;
+        const bool isShort = m_phrase.startsWith('B') && m_phrase.size() == 6;
+        if (!m_isFollowUp)
+            return;
+        if (!isShort)
+            m_phrase = m_phrase.left(digit + 1) + " ," + m_phrase.mid(digit + 1, 1);
+        else if (m_phrase.endsWith('4'))
+            m_phrase = "And After";
+        say(m_phrase);
+    }
+    void serve(const QString &what)
+    {
+        m_endsByItself = m_endsByItself && what != "waits";
+        if (what == "ends")
+            end();
+        if (what == "fails")
+            m_waiting.clear(), tell("Run-Time Error: Desc: it went away Err #: -7");
+    }
+
+    Facts now{{"Text1", ""},        {"iFontSize", "33"}, {"points", "33"},        {"cboSec", "10"},
+              {"lblAutoCall", ""},  {"cPause", "Pause"}, {"chkAutoCall", "off"},  {"chkMakeVoiceCall", "off"},
+              {"mnuShaddow", "on"}, {"focus", "Text1"},  {"countdown", "stands"}, {"next form", ""},
+              {"boxes", ""},        {"said", ""},        {"spoken", ""}};
+    const QList<Pattern> m_patterns;
+    Numbers m_called, m_red, m_lit;
+    QList<int> m_last;
+    QStringList m_windows{"frmMain"}, m_waiting; ///< the one in front last; texts for the voice
+    QString m_answer, m_phrase, m_voice = "-1 0", m_chosen, m_rate;
+    int m_count = 0, m_pattern = 0, m_form = 0, m_left = 0;
+    double m_fraction = 0.5;
+    bool m_endsByItself = true, m_isFollowUp = false, m_isQuiet = true, m_isHalfTyped = false;
+};
