@@ -47,14 +47,14 @@ QString print(Room &room, const QString &file)
 QString look(QWidget *control)
 {
     const bool isOwn =
-        QRegularExpression("::Color|::TextBox").match(control->metaObject()->className()).hasMatch();
+        QRegularExpression("::(Color|TextBox|RichText)").match(control->metaObject()->className()).hasMatch();
     const QPoint end = control->rect().bottomRight();
     QImage atRest;
     QString seen;
     const auto see = [&](const char *state) {
         const QImage picture = control->grab().toImage();
         seen += picture == atRest ? "" : QString("; ") + state;
-        for (const QPoint place : {QPoint(0, 0), QPoint(1, 1), QPoint(4, 4), end - QPoint(1, 1), end})
+        for (const QPoint place : {QPoint(0, 0), QPoint(1, 1), end - QPoint(1, 1), end})
             seen += isOwn && picture != atRest ? ' ' + picture.pixelColor(place).name() : QString();
         atRest = atRest.isNull() ? picture : atRest;
     };
@@ -100,7 +100,10 @@ QString content(QWidget *control)
 /// in their number and place alone share one.
 QStringList facts(QWidget *window)
 {
-    const auto twips = [&](int pixels) { return qRound(pixels * 1440.0 / window->logicalDpiX()); };
+    const bool isDesigned = !(window->windowFlags() & Qt::FramelessWindowHint);
+    const auto twips = [&](int pixels) {
+        return isDesigned ? qRound(pixels * 1440.0 / window->logicalDpiX()) : 0;
+    };
     auto *main = qobject_cast<QMainWindow *>(window);
     const QSize size = main ? main->centralWidget()->size() : window->size();
     const auto kind = window->windowFlags() &
@@ -161,6 +164,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("script");
         QTest::newRow("frmMain") << "enter 33, enter 7, click chkAutoCall, seconds 1";
+        QTest::newRow("frmBingo") << "click cBingo";
         QTest::newRow("frmHelp") << "choose mnuHelp";
         QTest::newRow("frmAbout") << "choose mnuAbout";
         QTest::newRow("frmVoices") << "choose mnuSpeak, choose List1 0";

@@ -85,6 +85,7 @@ public:
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
         m_program.reset();
+        QVERIFY(!screenStaysOn);
     }
 
     /// The control of the main window that has the name, or else of another.
