@@ -60,7 +60,7 @@ QString anyStep(const Rules &rules, std::mt19937 &chance)
                                       "cBingo",    "chkMakeVoiceCall"},
         texts{"75",      "75",  "n75", "G75", "B.9",  "i100", "75.4",  "2.5", "3.5",
               "+1.2E+1", " 9 ", "N 4", "76",  "0",    "75.5", "-3",    "B",   "BX",
-              "Z7",      "7B",  "nan", "1.0", "0x10", "B-3",  "1e999", ""},
+              "Z7",      "7B",  "nan", "1.0", "0x10", "B-3",  "1e99", ""},
         fonts{"12.5", "3", "250", "abc", "33", ""}, menus{"mnuShaddow", "mnuHelp", "mnuAbout", "mnuSpeak"},
         voices{"choose List1 1", "choose Slider1 5", "click cListen", "click cSave", "close frmVoices"},
         bingo{"click frmBingo", "seconds 9", "frames 1", "type x"},
@@ -150,6 +150,22 @@ private Q_SLOTS:
         QCOMPARE(screen, room.window->grab().toImage().convertToFormat(screen.format()));
     }
 
+    /// A board that is too large for the window scrolls by keys and by the wheel, its letters with it.
+    void scrolling()
+    {
+        Room room;
+        room.play("font 100");
+        room.window->resize(900, 600);
+        QTextEdit *board = room.display("RTB2"), *letters = room.display("RTB1");
+        board->setFocus();
+        for (const auto &[keys, isMoved] :
+             {std::pair("key PgDown", true), std::pair("key PgUp", false)}) {
+            room.play(keys);
+            QCOMPARE(board->verticalScrollBar()->value() > 0, isMoved);
+            QCOMPARE(letters->verticalScrollBar()->value(), board->verticalScrollBar()->value());
+        }
+    }
+
     /// What fails in any handler is told, and the game goes on.
     void failure()
     {
@@ -169,12 +185,13 @@ private Q_SLOTS:
         room.play("click chkAutoCall, click cDemoButt(1), choose mnuSpeak, choose List1 0");
         room.look();
         QTimer::singleShot(50, &room, [&] {
-            room.play("seconds 5, frames 1, click cButt(7)");
+            room.play("seconds 5, frames 1, key Tab, click cButt(7)");
             QVERIFY(room.look()["RTB3"].isEmpty());
             room.speech.engine->ended();
         });
         room.play("click cListen");
         QCOMPARE(room.look()["RTB3"], "B7");
+        QCOMPARE(room.find("frmVoices")->focusWidget()->objectName(), "Slider1");
     }
 };
 

@@ -46,8 +46,10 @@ QString print(Room &room, const QString &file)
 /// its corners and inside where the program itself paints it.
 QString look(QWidget *control)
 {
-    const bool isOwn =
-        QRegularExpression("::(Color|TextBox|RichText)").match(control->metaObject()->className()).hasMatch();
+    const bool isOwn = QRegularExpression("::(Color|TextBox|RichText)")
+                           .match(control->metaObject()->className())
+                           .hasMatch() &&
+                       !control->property("frame").toBool();
     const QPoint end = control->rect().bottomRight();
     QImage atRest;
     QString seen;

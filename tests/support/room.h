@@ -345,9 +345,11 @@ inline Facts Room::look()
     for (QWidget *control : window->findChildren<QWidget *>()) {
         QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(control);
         const QString name = reader->role() == QAccessible::StatusBar ? "state" : control->objectName();
-        if (QRegularExpression("^(c.*\\(|tDemo|Frame1|state)").match(name).hasMatch())
+        if (control->window() != window)
+            continue;
+        if (QRegularExpression("^(c.*\\(|tDemo|Frame1|Label3|state)").match(name).hasMatch())
             seen[name + " in words"] = reader->text(QAccessible::Name);
-        if (QRegularExpression("^RTB[234]").match(name).hasMatch() && control->window() == window)
+        if (QRegularExpression("^RTB[234]").match(name).hasMatch())
             seen[name + " in words"] = reader->text(QAccessible::Description);
     }
     const auto *animation = find<QTimer>("Timer1");

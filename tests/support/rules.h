@@ -90,13 +90,12 @@ public:
             all[QString("cDemoButt(%1) in words").arg(id)] =
                 m_patterns[id - 1].caption + (id == m_pattern ? " pattern, selected" : " pattern");
         for (int i = 1; i <= 25; ++i) {
-            const QString row = QString("row %1").arg((i + 4) / 5), column = QString("BINGO")[(i - 1) % 5];
-            all[QString("tDemo(%1) in words").arg(i)] =
-                QString("Pattern %1, column %2, %3").arg(row, column, m_lit.count(i) ? "lit" : "unlit");
+            const QString row = QString("row %1").arg((i + 4) / 5);
+            all[QString("tDemo(%1) in words").arg(i)] = cell(i);
             if (m_lit.count(i) && (rows.isEmpty() || !rows.last().startsWith(row)))
                 rows += row;
             if (m_lit.count(i))
-                rows.last() += ' ' + column;
+                rows.last() += QString(' ') + QString("BINGO")[(i - 1) % 5];
         }
         all.insert({
             {"lblCallCnt", QString("Balls Called: %1").arg(m_count)},
@@ -112,6 +111,7 @@ public:
                  return m_lit.count(i) && (i != 10 || now["Text1"].isEmpty());
              })}, // 10 is covered
             {"Frame1 in words", "Pattern card, " + (rows.isEmpty() ? "empty" : rows.join(", "))},
+            {"Label3 in words", now["cboSec"] + " seconds between automatic draws"},
             {"screen", counts() || !m_isQuiet ? "on" : ""},
             {"in front", m_windows.last()},
         });
@@ -136,6 +136,14 @@ private:
     static QString label(int n) { return QString("BINGO")[(n - 1) / 15] + QString::number(n); }
     static QString spoken(int n) { return label(n).insert(1, ' '); }
     static QString listed(const QStringList &texts) { return texts.isEmpty() ? "none" : texts.join(", "); }
+    QString cell(int i) const
+    {
+        const QChar column = QString("BINGO")[(i - 1) % 5];
+        return QString("Pattern row %1, column %2, %3")
+            .arg((i + 4) / 5)
+            .arg(column)
+            .arg(m_lit.count(i) ? "lit" : "unlit");
+    }
     bool counts() const { return now["countdown"] == "runs"; }
     bool isOn() const { return now["chkAutoCall"] == "on"; }
     void add(const QString &fact, const QString &text)
@@ -181,7 +189,10 @@ private:
         const Actions board{
             {"cButt", [&] { number(index); }},
             {"cDemoButt", [&] { selectPattern(index); }},
-            {"tDemo", [&] { m_lit.erase(index) || m_lit.insert(index).second, focusOn("Text1"); }},
+            {"tDemo",
+             [&] {
+                 m_lit.erase(index) || m_lit.insert(index).second, focusOn("Text1"), add("said", cell(index));
+             }},
             {"Text1", [&] { now["focus"] = name, m_isHalfTyped = false; }},
             {"cRandNum", [&] { draw(); }},
             {"chkAutoCall",
@@ -213,7 +224,7 @@ private:
             {"mnuAbout", [&] { front("frmAbout"); }},
             {"mnuSpeak",
              [&] { front("frmVoices"), m_chosen = isNew ? "" : m_chosen, m_rate = isNew ? " 0" : m_rate; }},
-            {"cboSec", [&] { now[name] = value, focusOn("Text1"); }},
+            {"cboSec", [&] { now[name] = value, focusOn("Text1"), add("said", value + " seconds"); }},
             {"iFontSize", [&] { setFontSize(value); }},
             {"List1", [&] { m_chosen = value; }},
             {"Slider1", [&] { m_rate = ' ' + value; }},
@@ -298,15 +309,16 @@ private:
         bool isNumber = false;
         const double value = (hasLetter ? text.mid(1, 2) : text).trimmed().toDouble(&isNumber);
         const int n = isNumber && value > 0 && value < 76 ? int(std::nearbyint(value)) : 0;
-        if (n >= 1 && n <= 75)
-            number(n);
+        n >= 1 && n <= 75 ? number(n) : add("said", "Nothing called");
     }
     void setFontSize(const QString &text)
     {
         m_isHalfTyped = false;
         now["iFontSize"] = text;
-        if (drawBoard() && now["points"].toDouble() != text.toDouble())
-            now["iFontSize"] = now["points"];
+        if (drawBoard()) {
+            now["iFontSize"] = now["points"].toDouble() == text.toDouble() ? text : now["points"];
+            add("said", "Font size " + now["points"]);
+        }
         toEntry();
     }
     bool drawBoard()
