@@ -78,78 +78,72 @@ QString look(QWidget *control)
 }
 
 /// What a control holds, and how its last letter looks.
-QString content(QWidget *control)
+QString content(const QWidget *control)
 {
-    QStringList found;
+    QString found;
+    QTextStream text(&found);
     for (const char *name : {"text", "title", "currentText", "minimum", "maximum", "singleStep", "pageStep"})
-        found += control->property(name).toString();
-    if (auto *combo = qobject_cast<QComboBox *>(control)) {
-        for (int i = 0; i < combo->count(); ++i)
-            found += combo->itemText(i);
+        text << control->property(name).toString() << ' ';
+    const auto *combo = qobject_cast<const QComboBox *>(control);
+    for (int i = 0; combo && i < combo->count(); ++i)
+        text << combo->itemText(i) << ' ';
+    if (const auto *display = qobject_cast<const QTextEdit *>(control)) {
+        QTextCursor end(display->document());
+        end.movePosition(QTextCursor::End);
+        text << display->toPlainText() << ' ' << end.charFormat().foreground().color().name() << ' '
+             << end.charFormat().fontPointSize() << " pt, aligned " << int(end.blockFormat().alignment());
     }
-    if (auto *display = qobject_cast<QTextEdit *>(control)) {
-        QTextCursor cursor(display->document());
-        cursor.movePosition(QTextCursor::End);
-        const QTextCharFormat letter = cursor.charFormat();
-        found += {display->toPlainText().simplified(), letter.foreground().color().name(),
-                  QString::number(letter.fontPointSize()), QString::number(cursor.blockFormat().alignment())};
-    }
-    const auto *button = qobject_cast<QAbstractButton *>(control);
-    return found.join(' ').simplified() + (button && button->isChecked() ? " checked" : "");
+    text << (control->property("checked").toBool() ? "checked" : "");
+    return found.simplified();
 }
 
 /// The menus, then a line for each control, the tab stops in their order. Neighbours of an array that differ
 /// in their number and place alone share one.
 QStringList facts(QWidget *window)
 {
-    const bool isDesigned = !(window->windowFlags() & Qt::FramelessWindowHint);
-    const auto twips = [&](int pixels) {
-        return isDesigned ? qRound(pixels * 1440.0 / window->logicalDpiX()) : 0;
+    const auto *main = qobject_cast<QMainWindow *>(window);
+    const QWidget *client = main ? main->centralWidget() : window;
+    const auto flags = window->windowFlags() &
+                       (Qt::WindowType_Mask | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+    const auto twips = [&](int pixels) { // BINGO has no size of its own
+        return window->windowFlags() & Qt::FramelessWindowHint
+                   ? 0
+                   : qRound(pixels * 1440.0 / window->logicalDpiX());
     };
-    auto *main = qobject_cast<QMainWindow *>(window);
-    const QSize size = main ? main->centralWidget()->size() : window->size();
-    const auto kind = window->windowFlags() &
-                      (Qt::WindowType_Mask | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
-    QStringList lines{QString("%1, flags %2, %3 x %4")
-                          .arg(window->windowTitle())
-                          .arg(int(kind), 0, 16)
-                          .arg(twips(size.width()))
-                          .arg(twips(size.height()))};
+    QString all, before;
+    QTextStream line(&all);
+    line << window->windowTitle() << ", " << twips(client->width()) << " x " << twips(client->height())
+         << ", flags " << Qt::hex << int(flags) << Qt::dec;
     for (const auto *action : window->findChildren<QAction *>(QRegularExpression("^mnu")))
-        lines += action->associatedObjects().constFirst()->objectName() + " > " + action->objectName() +
-                 ": " + action->text() + (action->isChecked() ? ", checked" : "");
-    QString before;
+        line << '\n'
+             << action->associatedObjects().constFirst()->objectName() << " > " << action->objectName()
+             << ": " << action->text() << (action->isChecked() ? ", checked" : "");
     for (auto *control = window->nextInFocusChain(); control != window;
          control = control->nextInFocusChain()) {
-        const QString name = control->objectName().section('(', 0, 0),
-                      index = control->objectName().section('(', 1).chopped(
-                          name == control->objectName() ? 0 : 1);
-        if (!control->isVisible() || control->window() != window ||
-            !QRegularExpression("^(?!qt_|frm|client)[a-zA-Z]").match(name).hasMatch())
+        const bool isDesigned =
+            QRegularExpression("^(?!qt_|frm|client)[a-zA-Z]").match(control->objectName()).hasMatch();
+        if (!control->isVisible() || control->window() != window || !isDesigned)
             continue;
-        const QRect place =
-            control == (main ? main->centralWidget() : nullptr) ? QRect() : control->geometry();
-        QString line = name + ": " +
-                       QMetaEnum::fromType<QAccessible::Role>().valueToKey(
-                           QAccessible::queryAccessibleInterface(control)->role());
-        line += index.isEmpty()
-                    ? " \"" + QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name) + '"'
-                    : "";
-        line += QString(" [%1] %2 pt%3")
-                    .arg(content(control) == index ? "" : content(control))
-                    .arg(control->font().pointSizeF())
-                    .arg(control->font().bold() ? " bold" : "");
-        line += QString(", y %1").arg(twips(place.y()));
-        line += control->inherits("QLabel")
-                    ? ""
-                    : QString(", %1 x %2, ").arg(twips(place.width())).arg(twips(place.height())) +
-                          QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(control->focusPolicy()) +
-                          look(control);
-        lines += line == before ? lines.takeLast() : line + "; x";
-        lines.last() += ' ' + index + (index.isEmpty() ? "" : ":") + QString::number(twips(place.x()));
-        before = line;
+        auto *reader = QAccessible::queryAccessibleInterface(control);
+        const Step called("is " + control->objectName());
+        const QString number = called.index() ? QString::number(called.index()) : "", held = content(control);
+        QString now;
+        QTextStream fact(&now);
+        fact << '\n'
+             << called.array() << ": " << QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader->role());
+        fact << (number.isEmpty() ? " \"" + reader->text(QAccessible::Name) + '"' : "") << " ["
+             << (held == number ? "" : held) << "] ";
+        fact << control->font().pointSizeF() << (control->font().bold() ? " pt bold" : " pt");
+        if (!control->inherits("QLabel") && control != client)
+            fact << ", " << twips(control->width()) << " x " << twips(control->height());
+        fact << ", " << QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(control->focusPolicy())
+             << look(control);
+        fact << "; y " << (control == client ? 0 : twips(control->y())) << ", x";
+        line << (now == before ? "" : now) << ' ' << number << (number.isEmpty() ? "" : ":")
+             << twips(control->x());
+        before = now;
     }
-    return lines;
+    return all.split('\n');
 }
 
 } // namespace
