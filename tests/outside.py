@@ -12,7 +12,7 @@ import sys
 import tempfile
 import unittest
 from pathlib import Path
-from signal import SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM
+from signal import SIG_DFL, SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM, signal
 
 from gi.repository import Gio, GLib
 from support.desktop import Program, has, is_blank, key, manage_windows, run, taskbar, wait_until
@@ -383,5 +383,7 @@ class Outside(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    for ignored in SIGINT, SIGHUP:  # as they are behind nohup, and in a script's background
+        signal(ignored, SIG_DFL)
     manage_windows()
     unittest.main(verbosity=2)
