@@ -30,7 +30,7 @@ public:
     {
         // A check box of the design is no higher than a line of text.
         const bool indicator = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
-        return indicator && widget ? 13 * widget->logicalDpiY() / 96
+        return indicator && widget ? qRound(widget->font().pointSizeF() * 13 / 8)
                                    : QProxyStyle::pixelMetric(metric, option, widget);
     }
 
@@ -148,9 +148,10 @@ void applyAppearance(QApplication &application)
 QFont sansFont(double points, bool bold)
 {
     static const QString family =
-        // Of the two on Windows the second is a bitmap, which cannot be scaled.
-        firstInstalled({QStringLiteral("Microsoft Sans Serif"), QStringLiteral("MS Sans Serif"),
-                        QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")});
+        // "MS Sans Serif" is a bitmap, which cannot be scaled.
+        firstInstalled({QStringLiteral("Microsoft Sans Serif"), QStringLiteral("Arial"),
+                        QStringLiteral("Liberation Sans"), QStringLiteral("Arimo"),
+                        QStringLiteral("MS Sans Serif")});
     return fontOf(family, QFont::SansSerif, points, bold);
 }
 
