@@ -88,7 +88,7 @@ void frmMain::describeCalls()
 /// would read out its new name, too.
 void frmMain::nameSoon()
 {
-    if (!m_naming->isActive())
+    if (isVisible() && !m_naming->isActive()) // the board is named whole when it is shown
         m_naming->start();
 }
 
