@@ -63,7 +63,9 @@ void frmMain::fit(QMargins frame)
     const QSize room = m_area.shrunkBy(frame) - bar;
     const QSize size = m_ownSize;
     const QSize full(pixels(mainDesign::clientWidth), pixels(mainDesign::clientHeight));
-    m_scale = std::min({1.0, room.width() / double(full.width()), room.height() / double(full.height())});
+    const int percent =
+        std::min({100, 100 * room.width() / full.width(), 100 * room.height() / full.height()});
+    m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
     layOut();
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
                              pixelsUp(mainDesign::leastClientHeight, m_scale));
