@@ -181,14 +181,14 @@ class Outside(unittest.TestCase):
             program.become("Vellomir", "QOR Help*")
 
     def test_windows(self):
-        """Each from the menu, named to a screen reader, in front though it was minimized, and kept off the taskbar."""
+        """Each from the menu, named to a screen reader, above the board, and kept off the taskbar."""
         with self.play() as program:
             at = program.the("Vellomir", "frame").get_extents(0)
             top, bottom = map(int, re.findall(r"\d+", run("xprop", "-id", program.window, "_NET_FRAME_EXTENTS"))[2:])
             self.assertLessEqual(abs(2 * at.x + at.width - 1600), 2)
             self.assertLessEqual(abs(2 * at.y + at.height + bottom - top - 1000), 2)
             for opening, title, closing, in_taskbar in (
-                (VOICES, "Form1", ["alt+F4"], 2),
+                (VOICES, "Form1", ["alt+F4"], 1),
                 (HELP, "QOR Help", ["F10", "Return"], 1),
                 (ABOUT, "About", ["Return"], 1),
             ):
@@ -196,11 +196,44 @@ class Outside(unittest.TestCase):
                 wait_until(lambda: len(taskbar()) == in_taskbar, f"{title} in the taskbar, or not")  # noqa: B023
                 focusable = [found for found in program.everything() if has(found, "FOCUSABLE")]
                 wait_until(lambda: all(found.get_name() for found in focusable), f"a name for all in {title}")
-                if title == "Form1":
-                    run("xdotool", "search", "--name", f"^{title}$", "windowminimize")
+                above = run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$")
+                owner = int(run("xprop", "-id", above, "WM_TRANSIENT_FOR").split()[-1], 16)
+                self.assertEqual(owner, int(program.window))
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 key(*closing)
                 program.become("Vellomir*")
+
+    def test_scales(self):
+        """A changed scale leaves the window as one that was started at it, all on the screen; it stays when restored."""
+        config, looks = self.home / "xsettings", {}
+
+        def scale(dpi):
+            config.write_text(f"Xft/DPI {1024 * dpi}\n")
+            settings.send_signal(SIGHUP)
+
+        def look():
+            return run("convert", f"x:{program.window}", "-format", "%wx%h %#", "info:")
+
+        config.write_text("")
+        settings = self.run_beside("xsettingsd", "-c", config, stderr=subprocess.DEVNULL)
+        for dpi in 96, 144, 96:
+            scale(dpi)
+            with self.play() as program:
+                program.type("47\r").the("Balls Called: 1")
+                key("Escape")
+                looks[dpi] = look()
+                at = program.the("Vellomir", "frame").get_extents(0)
+                self.assertTrue(0 <= at.x and at.x + at.width <= 1600 and 0 <= at.y and at.y + at.height <= 1000, dpi)
+                if len(looks) < 2:
+                    continue
+                for other in (240 - dpi, dpi):
+                    scale(other)
+                    wait_until(lambda: look() == looks[other], f"the look of {other} dpi")  # noqa: B023
+                place = program.the("Vellomir", "frame").get_extents(0)
+                run("xdotool", "windowminimize", "--sync", program.window, "windowactivate", "--sync", program.window)
+                wait_until(lambda: look() == looks[dpi], "the look of before")  # noqa: B023
+                now = program.the("Vellomir", "frame").get_extents(0)
+                self.assertEqual((now.x, now.y, now.width), (place.x, place.y, place.width))
 
     @unittest.skipIf(not ORCA.exists() or run("pgrep", "-x", "-U", os.geteuid(), "orca"), "Orca is missing, or in use")
     def test_screen_reader(self):

@@ -25,6 +25,7 @@ packages_desktop=(
     xvfb
     xauth # xvfb-run asks for it
     openbox
+    xsettingsd # changes the scale
     xdotool
     xsel
     x11-utils

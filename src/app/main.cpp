@@ -11,11 +11,11 @@
 
 namespace {
 
-/// The sizes that a window shows. The larger ones are for the desktop, which has them installed.
+/// What a window shows in its caption, in a taskbar and where one window is chosen among all.
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32}) {
+    for (const int size : {16, 32, 48, 256}) {
         QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
         reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
         icon.addPixmap(QPixmap::fromImageReader(&reader));
@@ -39,8 +39,8 @@ int main(int argc, char *argv[])
     app::Application::setDesktopSettingsAware(false);
     app::Application::setApplicationName(QStringLiteral(VELLOMIR_NAME));
     app::Application::setApplicationVersion(QStringLiteral(VELLOMIR_VERSION));
-    // A factor between whole ones would cut frames; the windows are laid out by dots per inch instead.
-    app::Application::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Floor);
+    // Frames are whole device pixels at any factor, and so a pixel of the layout is 15 twips on every screen.
+    app::Application::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     int argumentCount = std::min(argc, 1); // the program's name: Qt's own options do nothing
     const QtMessageHandler formerHandler = qInstallMessageHandler(reportNoDisplay);
     app::Application application(argumentCount, argv);

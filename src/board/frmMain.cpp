@@ -33,7 +33,7 @@ frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
     m_reader = new controls::ScreenReader(this);
     buildMenus();
     buildControls();
-    setDesignFonts();
+    setUpDisplays();
     setTabOrderOfDesign();
     Timer1 = buildTimer("Timer1", 100);
     Timer2 = buildTimer("Timer2", 1000);
@@ -156,14 +156,10 @@ QTimer *frmMain::buildTimer(const char *name, int milliseconds)
     return timer;
 }
 
-void frmMain::setDesignFonts()
+void frmMain::setUpDisplays()
 {
-    const std::pair<controls::RichTextBox *, double> fonts[] = {
-        {RTB1, 24.75}, {RTB2, 24.75}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}};
-    for (const auto &[display, points] : fonts) {
-        display->setBaseFont(controls::displayFont(points));
+    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
         display->setBackColor(controls::colors::buttonFace);
-    }
     RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     RTB2->setLineWrapMode(QTextEdit::NoWrap); // a board that is too wide scrolls

@@ -55,7 +55,7 @@ private:
     void nameControls();
     void buildMenus();
     QTimer *buildTimer(const char *name, int milliseconds);
-    void setDesignFonts();
+    void setUpDisplays();
     void setTabOrderOfDesign();
 
     QWidget *m_client = nullptr;
@@ -109,7 +109,19 @@ protected:
 
 private:
     void placeOnScreen(QMargins frame);
+    void followScreen();
+    void fit(QMargins frame);
+    void layOut();
+    QSize designSize() const;
+    void rememberSize();
     void Form_Resize();
+
+    double m_scale = 1.0; // of the design; less where the work area has not the room for all of it
+    double m_ratio = 1.0; // device pixels in a pixel, when the window was last fitted to its screen
+    QSize m_area;         // the work area then
+    QSize m_ownSize;      // of the client area, where the user has given it another one than the design's
+    bool m_isRefitDue = false; // the screen changed while the window was maximized or minimized
+    bool m_isPlaced = false;   // once, when the window was shown for the first time
 
     // ---- board/frmMain_buttons.cpp: the 75 number buttons ----------------------------------------
 public:
@@ -146,6 +158,7 @@ public:
     void editLastPress(int iButt);
 
 private:
+    void setDisplayFonts();
     void drawLetters();
     void drawButtonLetters();
     void iFontSize_Click();
@@ -240,6 +253,7 @@ private:
     void mnuHelp_Click();
     void mnuAbout_Click();
     void cBingo_Click();
+    void setReachable(bool isReachable);
     void closeWindows();
     template <class Window, class... Arguments>
     bool load(QPointer<Window> &window, Arguments &&...arguments);

@@ -1,6 +1,7 @@
 #include "frmMain_design.h"
 
 #include "catalogue.h"
+#include "numbers.h"
 
 #include <algorithm>
 #include <cstring>
@@ -67,6 +68,14 @@ const DesignRow &row(const char *name)
                                      [=](const DesignRow &row) { return std::strcmp(row.name, name) == 0; });
     Q_ASSERT(found != std::end(design));
     return *found;
+}
+
+DesignRow numberButton(int n)
+{
+    DesignRow button = row("cButt(1)");
+    button.left += (n - 1) % game::numbersPerColumn * (button.width + buttonGap);
+    button.top += game::columnOf(n) * (button.height + buttonGap);
+    return button;
 }
 
 DesignRow patternButton(int index)

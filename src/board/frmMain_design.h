@@ -20,6 +20,8 @@ inline constexpr int buttonGap = 45;
 std::span<const controls::DesignRow> rows();
 /// The row of a control that is in `rows()`.
 const controls::DesignRow &row(const char *name);
+/// Number button `n`, 1 to 75, which is made as a copy of the first.
+controls::DesignRow numberButton(int n);
 /// Pattern button `index`, 1 to 21; its name is given when it is made.
 controls::DesignRow patternButton(int index);
 

@@ -27,11 +27,19 @@ constexpr double greatestFontSize = 100.0;
 void frmMain::DrawBoards()
 {
     m_fontSize = fontSize().value_or(m_fontSize);
-    const QFont font = controls::displayFont(m_fontSize);
-    RTB1->setBaseFont(font);
-    drawLetters();
-    RTB2->setBaseFont(font);
     RTB2->setText(game::boardText());
+    setDisplayFonts();
+}
+
+/// Gives the displays the fonts of the design, and the large board the size that is drawn, all as large as
+/// the window is.
+void frmMain::setDisplayFonts()
+{
+    const std::pair<controls::RichTextBox *, double> sizes[] = {
+        {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 17.0}}; // in points
+    for (const auto &[display, points] : sizes)
+        display->setBaseFont(controls::displayFont(points * m_scale));
+    drawLetters();
     drawButtonLetters();
 }
 
@@ -53,10 +61,9 @@ void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
     RTB5->setText(game::letterColumn(1));
-    RTB5->setFontSize(RTB5->all(), 17.0);
     RTB5->setAlignment(RTB5->all(), Qt::AlignHCenter);
     RTB5->setColor(RTB5->all(), colors::blue);
-    RTB5->setLineHeight(controls::pixels(pitch, logicalDpiY()));
+    RTB5->setLineHeight(controls::pixels(pitch, m_scale));
 }
 
 void frmMain::EditBoard()

@@ -1,8 +1,12 @@
 #include "frmMain.h"
 
+#include "appearance.h"
+#include "buttons.h"
 #include "design_table.h"
+#include "frmBingo.h"
 #include "frmMain_design.h"
 #include "rich_text_box.h"
+#include "tool_window.h"
 
 #include <QEvent>
 #include <QMenuBar>
@@ -10,49 +14,118 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 using controls::pixels;
 using controls::pixelsUp;
 
-/// Gives the window the design's size, or less where the work area has not the room for it, and centres it
-/// on the whole screen, then keeps it inside the work area. `frame` is what the desktop puts around it.
+namespace {
+
+/// Whether two sizes are the same but for a pixel, as desktops round them to whole device pixels.
+bool isAbout(QSize one, QSize other)
+{
+    return std::abs(one.width() - other.width()) <= 1 && std::abs(one.height() - other.height()) <= 1;
+}
+
+} // namespace
+
+/// Fits the window to its screen and centres it on the whole of it, but inside the work area. `frame` is what
+/// the desktop puts around the window.
 void frmMain::placeOnScreen(QMargins frame)
 {
-    const double dpi = logicalDpiX();
-    const QSize bar(0, menuBar()->sizeHint().height());
-    const QSize design(pixels(mainDesign::clientWidth, dpi), pixels(mainDesign::clientHeight, dpi));
-    const QSize least(pixelsUp(mainDesign::leastClientWidth, dpi),
-                      pixelsUp(mainDesign::leastClientHeight, dpi));
-    const QRect area = screen()->availableGeometry();
-    m_client->setMinimumSize(least);
-    resize((design + bar).boundedTo(area.size().shrunkBy(frame)).expandedTo(least + bar));
-
+    fit(frame);
     const QRect whole = screen()->geometry();
-    const QRect outer(QPoint(), size().grownBy(frame));
-    const QPoint centred =
-        whole.topLeft() + QPoint((whole.width() - outer.width()) / 2, (whole.height() - outer.height()) / 2);
-    const QPoint last = area.bottomRight() - outer.bottomRight();
-    move(std::max(area.left(), std::min(centred.x(), last.x())),
-         std::max(area.top(), std::min(centred.y(), last.y())));
+    const QSize outer = size().grownBy(frame);
+    controls::moveInside(
+        this, whole.topLeft() + QPoint(whole.width() - outer.width(), whole.height() - outer.height()) / 2,
+        frame);
+}
+
+/// Fits the window to its screen again where that, its scale or its work area is another one than before.
+void frmMain::followScreen()
+{
+    if (devicePixelRatioF() == m_ratio && screen()->availableSize() == m_area)
+        return;
+    fit(windowHandle()->frameMargins());
+    controls::refitWindows();
+    if (m_bingo)
+        m_bingo->cover();
+}
+
+/// Draws the design in its own size, or as much smaller as the work area has not the room for it, so that all
+/// of it is seen. A window that the user has made larger or smaller stays so, as far as it has the room.
+void frmMain::fit(QMargins frame)
+{
+    m_ratio = devicePixelRatioF();
+    m_area = screen()->availableSize();
+    const QSize bar(0, menuBar()->sizeHint().height());
+    const QSize room = m_area.shrunkBy(frame) - bar;
+    const QSize size = m_ownSize;
+    const QSize full(pixels(mainDesign::clientWidth), pixels(mainDesign::clientHeight));
+    const int percent =
+        std::min({100, 100 * room.width() / full.width(), 100 * room.height() / full.height()});
+    m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
+    layOut();
+    m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
+                             pixelsUp(mainDesign::leastClientHeight, m_scale));
+    m_isRefitDue = windowState() != Qt::WindowNoState;
+    const QSize wanted = (size.isEmpty() ? designSize() : size.boundedTo(room)) + bar;
+    if (!m_isRefitDue && !isAbout(wanted, this->size()))
+        resize(wanted);
+}
+
+/// Gives all controls their places and their letters' sizes. Those that start-up makes later get them there.
+void frmMain::layOut()
+{
+    m_client->setFont(controls::sansFont(8.0 * m_scale));
+    for (const controls::DesignRow &row : mainDesign::rows())
+        controls::place(controls::control<QWidget>(m_client, row.name), row, m_scale);
+    for (int n = 1; n <= game::numberCount && cButt[n]; ++n)
+        controls::place(cButt[n], mainDesign::numberButton(n), m_scale);
+    for (int i = 1; i <= patterns::patternCount; ++i)
+        controls::place(cDemoButt[i], mainDesign::patternButton(i), m_scale);
+    if (m_card)
+        m_card->place(mainDesign::row("tDemo(1)"), m_scale);
+    Form_Resize();
+    setDisplayFonts();
+}
+
+QSize frmMain::designSize() const
+{
+    return {pixels(mainDesign::clientWidth, m_scale), pixels(mainDesign::clientHeight, m_scale)};
+}
+
+/// Remembers a size that the user has given the window. One that comes with another scale than the window was
+/// fitted to is only the old one, in pixels of another size.
+void frmMain::rememberSize()
+{
+    if (!m_isPlaced || windowState() != Qt::WindowNoState || devicePixelRatioF() != m_ratio)
+        return;
+    m_ownSize = isAbout(m_client->size(), designSize()) ? QSize() : m_client->size();
 }
 
 void frmMain::showEvent(QShowEvent *event)
 {
     nameByState(std::numeric_limits<int>::max());
     QMainWindow::showEvent(event);
-    windowHandle()->installEventFilter(this);
+    if (!m_isPlaced) // the system shows a minimized window once more
+        windowHandle()->installEventFilter(this);
 }
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_client && event->type() == QEvent::Resize)
+    if (watched == m_client && event->type() == QEvent::Resize) {
+        rememberSize();
         Form_Resize();
+    }
     // Now the frame is known, and nothing has been painted yet.
     if (watched == windowHandle() && event->type() == QEvent::Expose) {
         watched->removeEventFilter(this);
+        m_isPlaced = true;
         if (windowState() == Qt::WindowNoState)
             placeOnScreen(windowHandle()->frameMargins());
+        controls::onScreenChange(this, [this] { followScreen(); });
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -60,8 +133,13 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
 void frmMain::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange)
-        Form_Resize();
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    Form_Resize();
+    if (windowState() == Qt::WindowNoState && m_isRefitDue) {
+        fit(windowHandle()->frameMargins());
+        controls::refitWindows();
+    }
 }
 
 /// Keeps the large board's margins to the right and the bottom of the client area. On a screen that is
@@ -70,11 +148,10 @@ void frmMain::Form_Resize()
 {
     if (isMinimized())
         return;
-    const double dpi = m_client->logicalDpiX();
-    const int width = std::max(m_client->width(), pixels(mainDesign::leastClientWidth, dpi));
-    const int height = std::max(m_client->height(), pixels(mainDesign::leastClientHeight, dpi));
-    const int bottom = height - pixels(mainDesign::boardBottomMargin, dpi);
-    const int right = width - pixels(mainDesign::boardRightMargin, dpi);
+    const int width = std::max(m_client->width(), pixels(mainDesign::leastClientWidth, m_scale));
+    const int height = std::max(m_client->height(), pixels(mainDesign::leastClientHeight, m_scale));
+    const int bottom = height - pixels(mainDesign::boardBottomMargin, m_scale);
+    const int right = width - pixels(mainDesign::boardRightMargin, m_scale);
     RTB1->resize(RTB1->width(), bottom - RTB1->y());
     RTB2->resize(right - RTB2->x(), bottom - RTB2->y());
     RTB1->showStart();

@@ -1,6 +1,7 @@
 #include "frmMain.h"
 
 #include "combo_box.h"
+#include "frmBingo.h"
 #include "frmVoices.h"
 #include "label.h"
 #include "rich_text_box.h"
@@ -24,6 +25,11 @@ void frmMain::Form_Load()
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
+    if (event->spontaneous() && m_bingo && !m_bingo->isWindow()) { // it is closed, since it lies in front
+        m_bingo->close();
+        event->ignore();
+        return;
+    }
     Form_Unload();
     event->accept();
 }

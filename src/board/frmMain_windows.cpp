@@ -9,6 +9,7 @@
 #include "tool_window.h"
 
 #include <QCoreApplication>
+#include <QMenuBar>
 #include <QTimer>
 
 #include <utility>
@@ -51,12 +52,28 @@ void frmMain::cBingo_Click()
     const bool isOpen = m_bingo;
     if (!load(m_bingo))
         return;
+    const bool isPart = !m_bingo->isWindow();
     if (!isOpen)
-        connect(m_bingo, &QObject::destroyed, m_reader,
-                [this] { m_reader->say(QStringLiteral("BINGO closed")); });
-    m_bingo->fill(frameGeometry());
+        connect(m_bingo, &QObject::destroyed, m_reader, [this, isPart] {
+            m_reader->say(QStringLiteral("BINGO closed"));
+            if (isPart)
+                setReachable(true);
+        });
+    if (isPart)
+        setReachable(false);
+    m_bingo->cover();
+    m_bingo->fill();
     controls::showInFront(m_bingo);
     m_reader->waitFor(m_bingo);
+}
+
+/// What lies beneath BINGO cannot be reached where both are one window.
+void frmMain::setReachable(bool isReachable)
+{
+    menuBar()->setEnabled(isReachable);
+    m_client->setEnabled(isReachable);
+    if (isReachable)
+        Text1->setFocus();
 }
 
 void frmMain::closeWindows()

@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPainter>
@@ -17,6 +18,12 @@ namespace controls {
 
 namespace {
 
+/// How large a widget is drawn, by its letters.
+double scaleOf(const QWidget *widget)
+{
+    return widget->font().pointSizeF() / 8.0;
+}
+
 /// Fusion, the same on every desktop: no icons on the buttons of message boxes, access keys underlined.
 class HouseStyle : public QProxyStyle
 {
@@ -28,10 +35,12 @@ public:
 
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
     {
+        if (!qobject_cast<const QCheckBox *>(widget))
+            return QProxyStyle::pixelMetric(metric, option, widget);
         // A check box of the design is no higher than a line of text.
-        const bool indicator = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
-        return indicator && widget ? 13 * widget->logicalDpiY() / 96
-                                   : QProxyStyle::pixelMetric(metric, option, widget);
+        if (metric == PM_IndicatorWidth || metric == PM_IndicatorHeight)
+            return qRound(13 * scaleOf(widget));
+        return qRound(QProxyStyle::pixelMetric(metric, option, widget) * scaleOf(widget));
     }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
@@ -65,7 +74,7 @@ public:
             return rect;
         // The combo boxes of the design are narrow: a slimmer arrow leaves room for four characters.
         const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
-        const int saved = arrow.width() / 3;
+        const int saved = arrow.width() - qRound((arrow.width() - arrow.width() / 3) * scaleOf(widget));
         if (part == SC_ComboBoxArrow)
             rect.setLeft(rect.left() + saved);
         else if (part == SC_ComboBoxEditField)
@@ -161,9 +170,10 @@ void applyAppearance(QApplication &application)
 QFont sansFont(double points, bool bold)
 {
     static const QString family =
-        // Of the two on Windows the second is a bitmap, which cannot be scaled.
-        firstInstalled({QStringLiteral("Microsoft Sans Serif"), QStringLiteral("MS Sans Serif"),
-                        QStringLiteral("Arial"), QStringLiteral("Liberation Sans"), QStringLiteral("Arimo")});
+        // "MS Sans Serif" is a bitmap, which cannot be scaled.
+        firstInstalled({QStringLiteral("Microsoft Sans Serif"), QStringLiteral("Arial"),
+                        QStringLiteral("Liberation Sans"), QStringLiteral("Arimo"),
+                        QStringLiteral("MS Sans Serif")});
     return fontOf(family, QFont::SansSerif, points, bold);
 }
 

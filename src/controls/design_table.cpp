@@ -31,7 +31,7 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::CentredLabel: {
         auto *label = withText(new Label(parent), caption);
         label->setAlignment(Qt::AlignHCenter);
-        label->setMinimumWidth(placed(row, parent).width());
+        label->setMinimumWidth(placed(row).width());
         return label;
     }
     case Kind::PushButton: {
@@ -78,19 +78,24 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
 
 } // namespace
 
-QRect placed(const DesignRow &row, const QWidget *widget)
+QRect placed(const DesignRow &row, double scale)
 {
-    const double dpi = widget->logicalDpiX();
-    return {pixels(row.left, dpi), pixels(row.top, dpi), pixels(row.width, dpi), pixels(row.height, dpi)};
+    return {pixels(row.left, scale), pixels(row.top, scale), pixels(row.width, scale),
+            pixels(row.height, scale)};
+}
+
+void place(QWidget *control, const DesignRow &row, double scale)
+{
+    control->setGeometry(placed(row, scale));
+    if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
+        control->adjustSize();
 }
 
 QWidget *buildControl(const DesignRow &row, QWidget *client)
 {
     QWidget *widget = makeControl(row, row.container ? control<QWidget>(client, row.container) : client);
     widget->setObjectName(QString::fromLatin1(row.name));
-    widget->setGeometry(placed(row, client));
-    if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
-        widget->adjustSize();
+    place(widget, row, 1.0);
     return widget;
 }
 

@@ -8,18 +8,19 @@
 /// A window's design as data: one row a control, from which the controls are made.
 namespace controls {
 
-inline constexpr int twipsPerInch = 1440;
+/// On every screen: Qt makes its pixels as large as the screen's scale wants them.
+inline constexpr int twipsPerPixel = 15;
 
-/// The whole number of pixels nearest to `twips` on a screen with `dotsPerInch` logical dots an inch.
-inline int pixels(double twips, double dotsPerInch)
+/// The whole number of pixels nearest to `twips` where the design is drawn `scale` times as large as it is.
+inline int pixels(double twips, double scale = 1.0)
 {
-    return static_cast<int>(std::lround(twips * dotsPerInch / twipsPerInch));
+    return static_cast<int>(std::lround(twips * scale / twipsPerPixel));
 }
 
 /// The least whole number of pixels that holds `twips`.
-inline int pixelsUp(double twips, double dotsPerInch)
+inline int pixelsUp(double twips, double scale)
 {
-    return static_cast<int>(std::ceil(twips * dotsPerInch / twipsPerInch));
+    return static_cast<int>(std::ceil(twips * scale / twipsPerPixel));
 }
 
 enum class Kind {
@@ -54,8 +55,11 @@ struct DesignRow
     const char *container = nullptr;
 };
 
-/// The design's place and size in pixels of the screen that `widget` is on.
-QRect placed(const DesignRow &row, const QWidget *widget);
+/// The design's place and size in pixels.
+QRect placed(const DesignRow &row, double scale = 1.0);
+
+/// Gives a control that was made from `row` its place and size.
+void place(QWidget *control, const DesignRow &row, double scale);
 
 /// Makes one control in `client`, or in the container that the row names, with its name as its objectName.
 QWidget *buildControl(const DesignRow &row, QWidget *client);

@@ -83,6 +83,13 @@ void RichTextBox::setLetterWidth(Range range, int percent)
     merge(range, format);
 }
 
+void RichTextBox::setOutline(Range range, QRgb color, double width)
+{
+    QTextCharFormat format;
+    format.setTextOutline({QColor(color), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin});
+    merge(range, format);
+}
+
 void RichTextBox::setLineHeight(int pixels)
 {
     document()->setTextWidth(viewport()->width()); // else nothing has a height before the first showing

@@ -29,6 +29,8 @@ public:
     void setFontSize(Range range, double points);
     /// Makes letters narrower or wider, `percent` of their own width, without changing their height.
     void setLetterWidth(Range range, int percent);
+    /// Draws a line `width` pixels wide along the edges of the letters, half of it on either side.
+    void setOutline(Range range, QRgb color, double width);
     /// Makes every line of the text `pixels` high, the letters at its top. All letters must be of one size.
     void setLineHeight(int pixels);
     /// The colour of the character at `position`; black where nothing else was set.

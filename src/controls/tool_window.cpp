@@ -2,19 +2,51 @@
 
 #include "taskbar.h"
 
+#include <QApplication>
+#include <QPixmapCache>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
+
+#include <algorithm>
 
 namespace controls {
 
 namespace {
 
 /// What the desktop puts around a window. It is known of windows on screen only, so it is taken from the
-/// parent.
-QSize frameOf(const QWidget *window)
+/// owner.
+QMargins frameOf(const QWidget *window)
 {
-    const QWidget *parent = window->parentWidget();
-    return parent ? parent->window()->frameSize() - parent->window()->size() : QSize(0, 0);
+    const QWindow *owner = window->parentWidget()->window()->windowHandle();
+    return owner ? owner->frameMargins() : QMargins();
+}
+
+/// Moves a window that has not been shown yet to the middle of `area`, but inside the work area.
+void centreIn(const QRect &area, QWidget *window)
+{
+    const QSize outer = window->size().grownBy(frameOf(window));
+    moveInside(window, area.center() - QPoint(outer.width() / 2, outer.height() / 2), frameOf(window));
+}
+
+/// The size in device pixels stays as it is on X11 when the scale changes, and so do the least and greatest
+/// size that the desktop was told. Qt paints only what has another size in its own pixels.
+void refit(QWidget *window)
+{
+    QWindow *handle = window->windowHandle();
+    const QSize least = handle->minimumSize();
+    handle->setMinimumSize(least + QSize(1, 1)); // else Qt does not tell it again
+    handle->setMinimumSize(least);
+    if (window->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) {
+        QResizeEvent resized(handle->size(), window->size());
+        QCoreApplication::sendEvent(handle, &resized);
+    } else {
+        handle->resize(window->size());
+        moveInside(window, handle->framePosition(), handle->frameMargins());
+    }
+    for (QWidget *part : window->findChildren<QWidget *>())
+        part->update();
 }
 
 } // namespace
@@ -28,19 +60,55 @@ void makeToolWindow(QWidget *window)
 
 QSize roomFor(const QWidget *window)
 {
-    return window->screen()->availableSize() - frameOf(window);
+    return window->parentWidget()->screen()->availableSize().shrunkBy(frameOf(window));
 }
 
 void centreOnScreen(QWidget *window)
 {
-    const QSize outer = window->size() + frameOf(window);
-    window->move(window->screen()->geometry().center() - QPoint(outer.width() / 2, outer.height() / 2));
+    centreIn(window->parentWidget()->screen()->geometry(), window);
+}
+
+void moveInside(QWidget *window, QPoint place, QMargins frame)
+{
+    const QWidget *placed = window->isVisible() || !window->parentWidget() ? window : window->parentWidget();
+    const QRect area = placed->screen()->availableGeometry();
+    const QPoint last = area.bottomRight() - QRect(QPoint(), window->size().grownBy(frame)).bottomRight();
+    const QPoint inside(std::max(area.left(), std::min(place.x(), last.x())),
+                        std::max(area.top(), std::min(place.y(), last.y())));
+    if (!window->isVisible())
+        window->move(inside);
+    else if (window->windowHandle()->framePosition() != inside)
+        window->windowHandle()->setFramePosition(inside); // QWidget keeps the frame of another scale in mind
+}
+
+void refitWindows()
+{
+    QPixmapCache::clear(); // the style finds its pictures again by their size in pixels, whatever their scale
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && !window->isMinimized())
+            refit(window);
+    }
+}
+
+void onScreenChange(const QWidget *window, const std::function<void()> &changed)
+{
+    const auto watch = [=](const QScreen *screen) {
+        QObject::connect(screen, &QScreen::availableGeometryChanged, window, changed);
+        QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, window, changed);
+    };
+    for (const QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, window, watch);
+    QObject::connect(window->windowHandle(), &QWindow::screenChanged, window, changed);
 }
 
 void showInFront(QWidget *window)
 {
-    if (!window->isVisible() && window->windowType() == Qt::Tool)
+    if (window->isWindow() && !window->isVisible()) {
+        if (!window->testAttribute(Qt::WA_Moved))
+            centreIn(window->parentWidget()->window()->frameGeometry(), window);
         os::keepOffTaskbar(window);
+    }
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     window->show();
     window->raise();

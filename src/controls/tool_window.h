@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+
+class QMargins;
+class QPoint;
 class QSize;
 class QWidget;
 
@@ -16,7 +20,20 @@ QSize roomFor(const QWidget *window);
 /// Moves a tool window that has its size and has not been shown yet to the middle of the screen.
 void centreOnScreen(QWidget *window);
 
-/// Shows a window, or brings it forward where it is open or minimized, and makes it the active one.
+/// Moves the outer top left of a window to `place`, or as near to it as keeps all of the window inside the
+/// work area. `frame` is what the desktop puts around it.
+void moveInside(QWidget *window, QPoint place, QMargins frame);
+
+/// Gives every open window the size again that it has in pixels, when their scale has changed, and keeps it
+/// inside the work area.
+void refitWindows();
+
+/// From now on calls `changed` when the screen of `window`, which has been shown, becomes another one, or
+/// when a screen's scale or its work area changes.
+void onScreenChange(const QWidget *window, const std::function<void()> &changed);
+
+/// Shows a window, over its owner where it has no place yet, or brings it forward where it is open or
+/// minimized, and makes it the active one.
 void showInFront(QWidget *window);
 
 } // namespace controls

@@ -17,14 +17,14 @@ constexpr int gap = 10; // twips between neighbouring cells
 /// so the size is that of the closest neighbours: no two cells touch.
 struct Lines
 {
-    Lines(int size, double dpi)
+    Lines(int size, double scale)
     {
         for (int i = 0; i < cardSide; ++i)
-            starts[i] = controls::pixels(i * (size + gap), dpi);
+            starts[i] = controls::pixels(i * (size + gap), scale);
         int pitch = starts[1];
         for (int i = 1; i < cardSide; ++i)
             pitch = std::min(pitch, starts[i] - starts[i - 1]);
-        cellSize = pitch - std::max(1, controls::pixels(gap, dpi));
+        cellSize = pitch - std::max(1, controls::pixels(gap, scale));
     }
 
     int starts[cardSide];
@@ -33,28 +33,34 @@ struct Lines
 
 } // namespace
 
-Card::Card(controls::ColorBox *first, const controls::DesignRow &row)
+Card::Card(controls::ColorBox *first)
     : QObject(first)
 {
     m_cells[1] = first;
-    build(row);
+    build();
     show({});
 }
 
-void Card::build(const controls::DesignRow &row)
+void Card::build()
 {
-    const Lines across(row.width, m_cells[1]->logicalDpiX());
-    const Lines down(row.height, m_cells[1]->logicalDpiX());
-    const QPoint origin = m_cells[1]->pos();
     for (int i = 1; i <= cellCount; ++i) {
         if (i > 1) {
             m_cells[i] = new controls::ColorBox(m_cells[1]->parentWidget());
             m_cells[i]->setObjectName(QStringLiteral("tDemo(%1)").arg(i));
             QWidget::setTabOrder(m_cells[i - 1], m_cells[i]);
         }
+        connect(m_cells[i], &controls::ColorBox::clicked, this, [this, i] { Q_EMIT clicked(i); });
+    }
+}
+
+void Card::place(const controls::DesignRow &row, double scale)
+{
+    const Lines across(row.width, scale);
+    const Lines down(row.height, scale);
+    const QPoint origin = controls::placed(row, scale).topLeft();
+    for (int i = 1; i <= cellCount; ++i) {
         const QPoint place(across.starts[(i - 1) % cardSide], down.starts[(i - 1) / cardSide]);
         m_cells[i]->setGeometry({origin + place, QSize(across.cellSize, down.cellSize)});
-        connect(m_cells[i], &controls::ColorBox::clicked, this, [this, i] { Q_EMIT clicked(i); });
     }
 }
 

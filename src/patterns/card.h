@@ -19,8 +19,11 @@ class Card : public QObject
     Q_OBJECT
 
 public:
-    /// `first` is cell 1 of the design and `row` its place and size there.
-    Card(controls::ColorBox *first, const controls::DesignRow &row);
+    /// `first` is cell 1 of the design. The other cells are made here.
+    explicit Card(controls::ColorBox *first);
+
+    /// Gives all cells their places. `row` is that of cell 1 in the design, drawn `scale` times as large.
+    void place(const controls::DesignRow &row, double scale);
 
     void show(const Grid &grid);
     /// Switches a cell between lit and unlit. `index` is 1 to 25.
@@ -34,7 +37,7 @@ Q_SIGNALS:
     void clicked(int index);
 
 private:
-    void build(const controls::DesignRow &row);
+    void build();
     void paint(int index, bool lit);
     bool isLit(int index) const;
 

@@ -36,13 +36,14 @@ constexpr int clientHeight = 4545;
 } // namespace
 
 frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
-    : QWidget(owner, Qt::Window)
+    : QWidget(owner, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                         Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint)
     , m_choice(choice)
 {
     setObjectName(QStringLiteral("frmVoices"));
     setWindowTitle(QStringLiteral("Form1"));
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(controls::pixels(clientWidth, logicalDpiX()), controls::pixels(clientHeight, logicalDpiY()));
+    resize(controls::pixels(clientWidth), controls::pixels(clientHeight));
     controls::buildDesign(design, this);
 
     List1 = controls::control<QListWidget>(this, "List1");

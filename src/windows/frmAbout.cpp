@@ -54,7 +54,7 @@ frmAbout::frmAbout(QWidget *owner)
 void frmAbout::buildControls()
 {
     controls::buildDesign(design, this);
-    setFixedSize(controls::pixels(clientWidth, logicalDpiX()), controls::pixels(clientHeight, logicalDpiX()));
+    setFixedSize(controls::pixels(clientWidth), controls::pixels(clientHeight));
     for (const auto &[name, points] : fonts) {
         auto *label = control<controls::Label>(this, name);
         label->setFont(controls::sansFont(points, true));

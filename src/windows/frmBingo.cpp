@@ -6,8 +6,10 @@
 #include "text_box.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -44,7 +46,9 @@ constexpr controls::RichTextBox::Range word{1, 5};
 } // namespace
 
 frmBingo::frmBingo(QWidget *owner)
-    : QWidget(owner, Qt::Tool | Qt::FramelessWindowHint)
+    : QWidget(owner, QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+                         ? Qt::Widget
+                         : Qt::Tool | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("frmBingo"));
     setWindowTitle(QStringLiteral("Form1"));
@@ -70,9 +74,13 @@ void frmBingo::Form_Load()
     Timer1->start(500);
 }
 
-void frmBingo::fill(const QRect &area)
+void frmBingo::cover()
 {
-    setGeometry(area);
+    setGeometry(isWindow() ? parentWidget()->windowHandle()->frameGeometry() : parentWidget()->rect());
+}
+
+void frmBingo::fill()
+{
     RTB1->setText(QStringLiteral("\nBINGO"));
     setWord(250.0);
     RTB1->setAlignment(word, Qt::AlignHCenter);
@@ -85,10 +93,17 @@ void frmBingo::setWord(double points)
 {
     m_points = points;
     RTB1->setFontSize(word, points);
-    const double width =
-        QFontMetricsF(controls::displayFont(points), RTB1).horizontalAdvance(QStringLiteral("BINGO"));
+    const QFontMetricsF letters(controls::displayFont(points), RTB1);
+    RTB1->setOutline(word, colors::black, 0.02 * letters.capHeight());
+    const double width = letters.horizontalAdvance(QStringLiteral("BINGO"));
     const double room = RTB1->width();
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * room / width), 1, 100));
+}
+
+/// The focus stays here, also where this is a part of the owner.
+bool frmBingo::focusNextPrevChild(bool)
+{
+    return true;
 }
 
 void frmBingo::resizeEvent(QResizeEvent *event)

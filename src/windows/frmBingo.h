@@ -20,11 +20,15 @@ public:
     explicit frmBingo(QWidget *owner);
     /// Starts the flashing.
     void Form_Load();
-    /// Lays the window over `area` of the screen and puts the word in, as it stands until the next tick.
-    void fill(const QRect &area);
+    /// Lays it over all of the owner, its frame too. On Wayland, where no window can say where it wants to
+    /// be, it is a part of the owner and leaves the frame free.
+    void cover();
+    /// Puts the word in, as it stands until the next tick.
+    void fill();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

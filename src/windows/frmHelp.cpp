@@ -82,9 +82,8 @@ void frmHelp::buildControls()
     setCentralWidget(txtHelp);
     txtHelp->setFocus();
 
-    const double dpi = logicalDpiX();
-    const QSize design(controls::pixels(clientWidth, dpi),
-                       controls::pixels(clientHeight, dpi) + menuBar()->sizeHint().height());
+    const QSize design(controls::pixels(clientWidth),
+                       controls::pixels(clientHeight) + menuBar()->sizeHint().height());
     setFixedSize(design.boundedTo(controls::roomFor(this)));
 }
 
