@@ -1,5 +1,6 @@
 #include "held_keys.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
 #include <QWidget>
@@ -55,14 +56,18 @@ bool HeldKeys::swallows(const QObject &receiver, QEvent &event)
 }
 
 /// Alt+F4 that is held closes a window, and then the one behind it, which gets the focus. The system says
-/// only that a window is to be closed, not how the user asked for it.
+/// only that a window is to be closed, not how the user asked for it: for a second the program is not ended
+/// while Alt is down, nor after a window without a caption, which is closed by keys alone.
 bool HeldKeys::isHeldClose(const QWidget &window)
 {
-    constexpr qint64 pause = 1000; // milliseconds without a request, behind which a new one is meant
-    const bool isRepeat = m_sinceClose.isValid() && m_sinceClose.elapsed() < pause;
+    constexpr qint64 pause = 1000; // milliseconds
+    const bool isSoon = m_sinceClose.isValid() && m_sinceClose.elapsed() < pause;
     m_sinceClose.start();
-    const bool endsProgram = !window.parentWidget();
-    return isRepeat && endsProgram;
+    if (window.parentWidget()) {
+        m_closedByKeys = window.windowFlags() & Qt::FramelessWindowHint;
+        return false;
+    }
+    return isSoon && (m_closedByKeys || QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier);
 }
 
 /// The X server repeats a held key by a release and a press with the same time. Qt sets isAutoRepeat only

@@ -25,7 +25,8 @@ private:
     // The key that was released last, and when.
     int m_releasedKey = 0;
     quint64 m_releaseTime = 0;
-    QElapsedTimer m_sinceClose; // since the system last asked a window to close
+    QElapsedTimer m_sinceClose;  // since the system last asked a window to close
+    bool m_closedByKeys = false; // that window had no caption
 };
 
 } // namespace app

@@ -36,7 +36,7 @@ void frmMain::DrawBoards()
 void frmMain::setDisplayFonts()
 {
     const std::pair<controls::RichTextBox *, double> sizes[] = {
-        {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 17.0}}; // in points
+        {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}}; // in points
     for (const auto &[display, points] : sizes)
         display->setBaseFont(controls::displayFont(points * m_scale));
     drawLetters();
@@ -61,6 +61,7 @@ void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
     RTB5->setText(game::letterColumn(1));
+    RTB5->setFontSize(RTB5->all(), 17.0 * m_scale);
     RTB5->setAlignment(RTB5->all(), Qt::AlignHCenter);
     RTB5->setColor(RTB5->all(), colors::blue);
     RTB5->setLineHeight(controls::pixels(pitch, m_scale));
