@@ -31,6 +31,15 @@ bool isCopy(const QKeyEvent &key)
 
 } // namespace
 
+HeldKeys::HeldKeys()
+{
+    m_altIsDown.setInterval(20);
+    m_altIsDown.callOnTimeout([this] {
+        if (!(QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier))
+            m_altIsDown.stop();
+    });
+}
+
 bool HeldKeys::swallows(const QObject &receiver, QEvent &event)
 {
     if (event.type() == QEvent::Close && event.spontaneous() && receiver.isWidgetType() &&
@@ -57,7 +66,7 @@ bool HeldKeys::swallows(const QObject &receiver, QEvent &event)
 
 /// Alt+F4 that is held closes a window, and then the one behind it, which gets the focus. The system says
 /// only that a window is to be closed, not how the user asked for it: for a second the program is not ended
-/// while Alt is down, nor after a window without a caption, which is closed by keys alone.
+/// while Alt stays down, nor after a window without a caption, which is closed by keys alone.
 bool HeldKeys::isHeldClose(const QWidget &window)
 {
     constexpr qint64 pause = 1000; // milliseconds
@@ -65,9 +74,10 @@ bool HeldKeys::isHeldClose(const QWidget &window)
     m_sinceClose.start();
     if (window.parentWidget()) {
         m_closedByKeys = window.windowFlags() & Qt::FramelessWindowHint;
+        m_altIsDown.start();
         return false;
     }
-    return isSoon && (m_closedByKeys || QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier);
+    return isSoon && (m_closedByKeys || m_altIsDown.isActive());
 }
 
 /// The X server repeats a held key by a release and a press with the same time. Qt sets isAutoRepeat only

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QTimer>
 
 class QEvent;
 class QKeyEvent;
@@ -15,6 +16,7 @@ namespace app {
 class HeldKeys
 {
 public:
+    HeldKeys();
     /// Call this for every event of the application. True for one that must go no further.
     bool swallows(const QObject &receiver, QEvent &event);
 
@@ -27,6 +29,7 @@ private:
     quint64 m_releaseTime = 0;
     QElapsedTimer m_sinceClose;  // since the system last asked a window to close
     bool m_closedByKeys = false; // that window had no caption
+    QTimer m_altIsDown;          // runs until Alt is seen released
 };
 
 } // namespace app
