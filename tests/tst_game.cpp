@@ -103,10 +103,12 @@ private Q_SLOTS:
         for (const auto &[fault, script] : scripts)
             QTest::newRow(fault) << script;
         for (int id = 1; id <= 21; ++id) {
-            const QString script(
-                "enter 33, click cDemoButt(%1), frames 1, frames 1, frames 1, frames 1, frames 1, "
-                "frames 1, frames 1, frames 1, frames 1, click tDemo(9), click cDemoButt(%1)");
-            QTest::newRow(qPrintable(catalogue()[id - 1].caption)) << script.arg(id);
+            const Pattern &pattern = catalogue()[id - 1];
+            const QString ticks = QString(", frames 1").repeated(int(pattern.forms.size() + 1));
+            QTest::newRow(qPrintable(pattern.caption))
+                << QString("enter 33, click cDemoButt(%1)%2, click tDemo(9), click cDemoButt(%1)")
+                       .arg(id)
+                       .arg(ticks);
         }
     }
     void games()

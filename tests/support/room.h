@@ -247,8 +247,9 @@ private:
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        const bool isTimer = QRegularExpression("^(Timer|naming)").match(watched->objectName()).hasMatch();
-        return event->type() == QEvent::Timer && isTimer && std::exchange(m_ticking, nullptr) != watched;
+        return event->type() == QEvent::Timer &&
+               (watched->objectName().startsWith("Timer") || watched->objectName() == "naming") &&
+               std::exchange(m_ticking, nullptr) != watched;
     }
 
     std::unique_ptr<QWidget> m_program;
@@ -342,15 +343,19 @@ inline Facts Room::look()
                              "cPause", "chkAutoCall", "chkMakeVoiceCall"})
         seen[name] = content(find(name));
     seen["RTB4"] = ('.' + seen["RTB4"]).trimmed().mid(1); // blanks at the end are not seen
+    static const QRegularExpression named("^(c.*\\(|tDemo|Frame1|Label3)"), described("^RTB[234]");
     for (QWidget *control : window->findChildren<QWidget *>()) {
-        QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(control);
-        const QString name = reader->role() == QAccessible::StatusBar ? "state" : control->objectName();
+        const QString name = control->objectName();
         if (control->window() != window)
             continue;
-        if (QRegularExpression("^(c.*\\(|tDemo|Frame1|Label3|state)").match(name).hasMatch())
-            seen[name + " in words"] = reader->text(QAccessible::Name);
-        if (QRegularExpression("^RTB[234]").match(name).hasMatch())
-            seen[name + " in words"] = reader->text(QAccessible::Description);
+        if (named.match(name).hasMatch())
+            seen[name + " in words"] =
+                QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
+        else if (described.match(name).hasMatch())
+            seen[name + " in words"] =
+                QAccessible::queryAccessibleInterface(control)->text(QAccessible::Description);
+        else if (QAccessible::queryAccessibleInterface(control)->role() == QAccessible::StatusBar)
+            seen["state in words"] = control->accessibleName();
     }
     const auto *animation = find<QTimer>("Timer1");
     QStringList open;
