@@ -93,7 +93,7 @@ class Outside(unittest.TestCase):
         folders = {"HOME": "", "AppData": "settings", "XDG_CONFIG_HOME": "config", "XDG_RUNTIME_DIR": ""}
         os.environ.update({name: str(self.home / folder) for name, folder in folders.items()}, LC_ALL="C.UTF-8",
                           SPEECHD_CMD="/none", SPEECHD_ADDRESS=f"unix_socket:{self.home}/speech",
-                          QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")  # fmt: skip
+                          QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         self.file = self.home / "settings" / PROGRAM.name / f"{PROGRAM.name}.ini"
         self.file.parent.mkdir(parents=True)
         self.file.write_bytes(INI)
@@ -193,7 +193,7 @@ class Outside(unittest.TestCase):
                 (ABOUT, "About", ["Return"], 1),
             ):
                 program.choose(*opening).become("Vellomir", f"{title}*")
-                wait_until(lambda: len(taskbar()) == in_taskbar, f"{title} in the taskbar, or not")  # noqa: B023
+                wait_until(lambda: len(taskbar()) == in_taskbar, f"{title} in the taskbar, or not")
                 focusable = [found for found in program.everything() if has(found, "FOCUSABLE")]
                 wait_until(lambda: all(found.get_name() for found in focusable), f"a name for all in {title}")
                 above = run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$")
@@ -232,10 +232,10 @@ class Outside(unittest.TestCase):
                 self.assertFalse(looks_as(240 - dpi))
                 for other in (240 - dpi, dpi):
                     scale(other)
-                    wait_until(lambda: looks_as(other), f"the look of {other} dpi")  # noqa: B023
+                    wait_until(lambda: looks_as(other), f"the look of {other} dpi")
                 place = program.the("Vellomir", "frame").get_extents(0)
                 run("xdotool", "windowminimize", "--sync", program.window, "windowactivate", "--sync", program.window)
-                wait_until(lambda: looks_as(dpi), "the look of before")  # noqa: B023
+                wait_until(lambda: looks_as(dpi), "the look of before")
                 now = program.the("Vellomir", "frame").get_extents(0)
                 self.assertEqual((now.x, now.y, now.width), (place.x, place.y, place.width))
 
@@ -257,7 +257,7 @@ class Outside(unittest.TestCase):
                     run("xdotool", "sleep", 0.3, "key", one)  # As a hand: what comes too soon cuts off Orca's word.
                 expected = "/".join([expected, *sentences])
                 with contextlib.suppress(AssertionError):
-                    wait_until(lambda: re.fullmatch(expected, said()), expected)  # noqa: B023
+                    wait_until(lambda: re.fullmatch(expected, said()), expected)
                 self.assertRegex(said(), rf"\A{expected}\Z")
 
     # ---- Settings
@@ -296,7 +296,7 @@ class Outside(unittest.TestCase):
             "printer": lambda: (program.choose(*HELP).become("Vellomir", "QOR Help*"), key("alt", "Right", "Return"),
                                 program.the("Print", "dialog")),
             "sample": lambda: (program.choose(*VOICES).click("German (fake)").click("Listen"), self.heard("SPEAK")),
-        }  # fmt: skip
+        }
         signals = itertools.cycle([SIGTERM, SIGINT, SIGHUP])
         for (state, reach), is_lost in itertools.product(states.items(), (False, True)):
             self.serve("silent")
@@ -413,7 +413,7 @@ class Outside(unittest.TestCase):
             program.click("Make Voice Calls")
             for ball, sounding in expected.items():
                 program.click(ball)
-                wait_until(lambda: sound.read_bytes() == sounding, f"the same sound of {ball}")  # noqa: B023
+                wait_until(lambda: sound.read_bytes() == sounding, f"the same sound of {ball}")
 
     def kill_service(self):
         os.kill(int((self.home / "speech-dispatcher/pid/speech-dispatcher.pid").read_text()), SIGKILL)

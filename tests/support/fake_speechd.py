@@ -10,10 +10,10 @@ import socketserver
 import sys
 
 VOICES = ["German\tde\tnone", "Bass++\tde\tnone", "English (America)\ten-US\tnone",
-          "English (America)+Annie\ten-US\tAnnie", "French (France)\tfr-FR\tnone"]  # fmt: skip
+          "English (America)+Annie\ten-US\tAnnie", "French (France)\tfr-FR\tnone"]
 ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "fake"), "LIST SYNTHESIS_VOICES": (249, *VOICES),
            "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"), "GET LANGUAGE": (251, "en-US"),
-           "HISTORY GET": (245, "1"), "SPEAK": (230,)}  # fmt: skip
+           "HISTORY GET": (245, "1"), "SPEAK": (230,)}
 REFUSALS = {"refused": {"SPEAK": (402,)}, "novoices": {"LIST SYNTHESIS_VOICES": (304,)}}
 AFTER_TEXT = {"cancelled": (701, 703, 225), "silent": (225,), "dropped": ()}
 path, *moods = sys.argv[1:]

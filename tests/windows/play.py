@@ -22,7 +22,7 @@ START_MENU_ENTRY = APP_DATA / "Microsoft/Windows/Start Menu/Programs/Vellomir.ln
 CHOSEN = r"C:\My Hall\Vellomir"  # where the setup installs to
 INSTALLED = Path(HOME.name, "prefix/drive_c/My Hall/Vellomir")
 os.environ |= {"HOME": HOME.name, "WINEPREFIX": f"{HOME.name}/prefix", "WINEDEBUG": "-all", "USER": "root",
-               "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}  # fmt: skip
+               "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}
 
 COMPILE = ["x86_64-w64-mingw32-g++-posix", "-std=c++20", "-static", "-o"]
 
@@ -50,7 +50,7 @@ GAME = [
     ("Help Down Return", "QOR Help, Vellomir", "alt+F4", [33, 48, 49, 62], []),
     ("Help Down Down Return", "About, Vellomir", "Return", [33, 48, 49, 62], []),
     ("Bingo", "Form1, Vellomir", "Clear", [33, 48, 49, 62], []),
-]  # fmt: skip
+]
 SILENT_GAME = [("", "Run-Time Error, Vellomir", "Return", [], []), ("5 Return", "Vellomir", "", [5], [])]
 
 # Where settings cannot be kept: what to do in the folder for them, and what starts the program.
@@ -159,7 +159,7 @@ def check_setup():
         "DisplayName": "Vellomir", "DisplayVersion": SETUP.name.split("-")[1], "Publisher": "The Vellomir authors",
         "DisplayIcon": CHOSEN + r"\Vellomir.exe", "InstallLocation": CHOSEN, "NoModify": "0x1", "NoRepair": "0x1",
         "UninstallString": rf'"{CHOSEN}\uninstall.exe"', "QuietUninstallString": rf'"{CHOSEN}\uninstall.exe" /S',
-    }, entry  # fmt: skip
+    }, entry
 
     settings = INI.read_bytes()
     without_voice = [("", "Run-Time Error", "Return", [], []), *SILENT_GAME[1:]]  # voice.dll is not there
