@@ -3,6 +3,7 @@
 #include "taskbar.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QPixmapCache>
 #include <QResizeEvent>
 #include <QScreen>
@@ -45,6 +46,9 @@ void refit(QWidget *window)
         handle->resize(window->size());
         moveInside(window, handle->framePosition(), handle->frameMargins());
     }
+    if (QBackingStore *picture = window->backingStore())
+        picture->resize(QSize(1, 1)); // else Qt keeps it where only its device pixels have changed
+    window->update();
     for (QWidget *part : window->findChildren<QWidget *>())
         part->update();
 }
