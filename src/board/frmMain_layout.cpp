@@ -8,6 +8,7 @@
 #include "rich_text_box.h"
 #include "tool_window.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMenuBar>
 #include <QScreen>
@@ -47,6 +48,7 @@ void frmMain::followScreen()
 {
     if (devicePixelRatioF() == m_ratio && screen()->availableSize() == m_area)
         return;
+    QApplication::setFont(controls::sansFont());
     fit(windowHandle()->frameMargins());
     controls::refitWindows();
     if (m_bingo)
