@@ -39,6 +39,7 @@ void frmMain::setDisplayFonts()
         {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}}; // in points
     for (const auto &[display, points] : sizes)
         display->setBaseFont(controls::displayFont(points * m_scale));
+    RTB2->dropNeedlessBars();
     drawLetters();
     drawButtonLetters();
 }

@@ -8,6 +8,7 @@
 #include "rich_text_box.h"
 #include "tool_window.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMenuBar>
 #include <QScreen>
@@ -47,6 +48,7 @@ void frmMain::followScreen()
 {
     if (devicePixelRatioF() == m_ratio && screen()->availableSize() == m_area)
         return;
+    QApplication::setFont(controls::sansFont());
     fit(windowHandle()->frameMargins());
     controls::refitWindows();
     if (m_bingo)
@@ -154,6 +156,7 @@ void frmMain::Form_Resize()
     const int right = width - pixels(mainDesign::boardRightMargin, m_scale);
     RTB1->resize(RTB1->width(), bottom - RTB1->y());
     RTB2->resize(right - RTB2->x(), bottom - RTB2->y());
+    RTB2->dropNeedlessBars();
     RTB1->showStart();
     RTB2->showStart();
 }

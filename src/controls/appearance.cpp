@@ -148,6 +148,10 @@ QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool b
     font.setStyleHint(hint);
     font.setPointSizeF(points);
     font.setBold(bold);
+    // Windows hints letters only while no screen has a scale. By this they are others for Qt, which would go
+    // on with those that it knows.
+    if (qGuiApp->devicePixelRatio() != 1.0)
+        font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
 

@@ -29,7 +29,8 @@ namespace controls {
 /// font. Call it once, before the first window is made.
 void applyAppearance(QApplication &application);
 
-/// The font of plain controls, "MS Sans Serif" or a face of the same widths, in points.
+/// The font of plain controls, "MS Sans Serif" or a face of the same widths, in points. It is another one
+/// where a screen has a scale.
 QFont sansFont(double points = 8.0, bool bold = false);
 
 /// The font of the displays, "Courier New" or a face of the same widths, in points.

@@ -133,6 +133,14 @@ void RichTextBox::setBackColor(QRgb color)
     setPalette(colors);
 }
 
+void RichTextBox::dropNeedlessBars()
+{
+    for (const Qt::ScrollBarPolicy policy : {Qt::ScrollBarAlwaysOff, Qt::ScrollBarAsNeeded}) {
+        setHorizontalScrollBarPolicy(policy);
+        setVerticalScrollBarPolicy(policy);
+    }
+}
+
 void RichTextBox::showStart()
 {
     setTextCursor(QTextCursor(document()));

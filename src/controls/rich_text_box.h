@@ -40,6 +40,8 @@ public:
     void setBaseFont(const QFont &font);
     void setBackColor(QRgb color);
 
+    /// Takes away scroll bars that are only there because each takes the other's room.
+    void dropNeedlessBars();
     /// Scrolls to the beginning of the text.
     void showStart();
     /// From now on shows the same lines as `leader`, whose wheel and scroll bar move both.

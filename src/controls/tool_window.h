@@ -29,8 +29,8 @@ void moveInside(QWidget *window, QPoint place, QMargins frame);
 void refitWindows();
 
 /// From now on calls `changed` when the screen of `window`, which has been shown, becomes another one, or
-/// when a screen's scale or its work area changes.
-void onScreenChange(const QWidget *window, const std::function<void()> &changed);
+/// when a screen's scale or its work area changes: once for all that changes within a tenth of a second.
+void onScreenChange(QWidget *window, const std::function<void()> &changed);
 
 /// Shows a window, over its owner where it has no place yet, or brings it forward where it is open or
 /// minimized, and makes it the active one.
