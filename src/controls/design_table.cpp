@@ -80,8 +80,9 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
 
 QRect placed(const DesignRow &row, double scale)
 {
-    return {pixels(row.left, scale), pixels(row.top, scale), pixels(row.width, scale),
-            pixels(row.height, scale)};
+    const int rounding = row.kind == Kind::Frame && scale < 1.0 ? 1 : 0; // of what lies in it
+    return {pixels(row.left, scale), pixels(row.top, scale), pixels(row.width, scale) + rounding,
+            pixels(row.height, scale) + rounding};
 }
 
 void place(QWidget *control, const DesignRow &row, double scale)
