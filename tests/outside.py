@@ -210,8 +210,8 @@ class Outside(unittest.TestCase):
             config.write_text(f"Xft/DPI {1024 * dpi}\n")
             settings.send_signal(SIGHUP)
 
-        def looks_as(dpi):  # Qt hints letters by the scale of the start.
-            both = f"x:{program.window}", looks[dpi], "-resize", "25%", "-metric", "RMSE", "-compare"
+        def looks_as(dpi):  # but for the rounding of the window's own edges, and of letters
+            both = f"x:{program.window}", looks[dpi], "-extent", "1590x860", "-resize", "25%", "-metric", "RMSE", "-compare"
             return float(run("convert", *both, "-format", "%[distortion]", "info:") or 1) < 0.03
 
         config.write_text("")
