@@ -74,7 +74,8 @@ public:
             return rect;
         // The combo boxes of the design are narrow: a slimmer arrow leaves room for four characters.
         const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
-        const int saved = arrow.width() - qRound((arrow.width() - arrow.width() / 3) * scaleOf(widget));
+        const int slim = arrow.width() - arrow.width() / 3;
+        const int saved = arrow.width() - qRound(slim * scaleOf(widget));
         if (part == SC_ComboBoxArrow)
             rect.setLeft(rect.left() + saved);
         else if (part == SC_ComboBoxEditField)
