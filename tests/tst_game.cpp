@@ -84,8 +84,8 @@ QString anyStep(const Rules &rules, std::mt19937 &chance)
     return oneOf(front != "frmMain"
                      ? QStringList(click)
                      : QStringList{click, click, click, enter, enter, enter, time, time, oneOf(entries),
-                                   "choose " + oneOf(menus), "font " + oneOf(fonts),
-                                   "choose cboSec " + oneOf({"5", "20"}), "halffont 4", "slip" + click.mid(5),
+                                   "choose " + oneOf(menus), "font " + oneOf(fonts), "choose iFontSize 40",
+                                   "choose cboSec " + oneOf({"5", "20"}), "slip" + click.mid(5),
                                    "rightclick" + click.mid(5), "middleclick" + click.mid(5)}) +
            oneOf(answers);
 }
@@ -160,7 +160,7 @@ private Q_SLOTS:
     void scrolling()
     {
         Room room;
-        room.play("font 100");
+        room.play("font 100, enter ");
         room.window->resize(900, 600);
         QTextEdit *board = room.display("RTB2"), *letters = room.display("RTB1");
         board->setFocus();

@@ -77,28 +77,29 @@ QString look(QWidget *control)
     return seen;
 }
 
-/// What a control holds, and how its last letter looks.
+/// What a control holds: its entries, its range, and how its last letter looks.
 QString content(const QWidget *control)
 {
-    QString found;
-    QTextStream text(&found);
-    for (const char *name : {"text", "title", "currentText", "minimum", "maximum", "singleStep", "pageStep"})
-        text << control->property(name).toString() << ' ';
+    QStringList found;
+    for (const char *name : {"text", "plainText", "title", "currentText", "minimum", "maximum", "singleStep",
+                             "pageStep", "checked"})
+        found += control->property(name).toString().remove("false");
     const auto *combo = qobject_cast<const QComboBox *>(control);
     for (int i = 0; combo && i < combo->count(); ++i)
-        text << combo->itemText(i) << ' ';
+        found += combo->itemText(i);
     if (const auto *display = qobject_cast<const QTextEdit *>(control)) {
         QTextCursor end(display->document());
         end.movePosition(QTextCursor::End);
-        text << display->toPlainText() << ' ' << end.charFormat().foreground().color().name() << ' '
-             << end.charFormat().fontPointSize() << " pt, aligned " << int(end.blockFormat().alignment());
+        found += end.charFormat().foreground().color().name();
+        found += QString("%1 pt, aligned %2")
+                     .arg(end.charFormat().fontPointSize())
+                     .arg(int(end.blockFormat().alignment()));
     }
-    text << (control->property("checked").toBool() ? "checked" : "");
-    return found.simplified();
+    return found.join(' ').simplified();
 }
 
-/// The menus, then a line for each control, the tab stops in their order. Neighbours of an array that differ
-/// in their number and place alone share one.
+/// The colours, enabled and disabled, and the menus, then a line for each control, the tab stops in their
+/// order. Neighbours of an array that differ in their number and place alone share one.
 QStringList facts(QWidget *window)
 {
     const auto *main = qobject_cast<QMainWindow *>(window);
@@ -113,7 +114,11 @@ QStringList facts(QWidget *window)
     QString all, before;
     QTextStream line(&all);
     line << window->windowTitle() << ", " << twips(client->width()) << " x " << twips(client->height())
-         << ", flags " << Qt::hex << int(flags) << Qt::dec;
+         << ", flags " << Qt::hex << int(flags) << Qt::dec << "\nColours";
+    for (int role = 0; role <= QPalette::PlaceholderText; ++role) {
+        for (const auto group : {QPalette::Active, QPalette::Disabled})
+            line << ' ' << window->palette().color(group, QPalette::ColorRole(role)).name();
+    }
     for (const auto *action : window->findChildren<QAction *>(QRegularExpression("^mnu")))
         line << '\n'
              << action->associatedObjects().constFirst()->objectName() << " > " << action->objectName()
@@ -126,11 +131,11 @@ QStringList facts(QWidget *window)
             continue;
         auto *reader = QAccessible::queryAccessibleInterface(control);
         const Step called("is " + control->objectName());
-        const QString number = called.index() ? QString::number(called.index()) : "", held = content(control);
+        const QString number = called.index ? QString::number(called.index) : "", held = content(control);
         QString now;
         QTextStream fact(&now);
         fact << '\n'
-             << called.array() << ": " << QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader->role());
+             << called.array << ": " << QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader->role());
         fact << (number.isEmpty() ? " \"" + reader->text(QAccessible::Name) + '"' : "") << " ["
              << (held == number ? "" : held) << "] ";
         fact << control->font().pointSizeF() << (control->font().bold() ? " pt bold" : " pt");
@@ -235,13 +240,14 @@ private Q_SLOTS:
         room.find("frmHelp")->close();
         const std::clock_t start = std::clock();
         room.play("choose mnuHelp");
-        QCOMPARE(room.look()["in front"], "frmHelp");
+        QCOMPARE(room.look()["windows"], "frmHelp* frmMain");
         QVERIFY(std::clock() - start < CLOCKS_PER_SEC / 2); // a long word stops nothing
         room.find("frmHelp")->close();
         QFile::remove(QCoreApplication::applicationDirPath() + "/help.txt");
         room.play("choose mnuHelp");
         Facts seen = room.look();
-        QCOMPARE(seen["boxes"] + seen["in front"], "Vellomir: Help file missing (NoIcon: OK!)frmHelp");
+        QCOMPARE(seen["boxes"] + seen["windows"],
+                 "Vellomir: Help file missing (NoIcon: OK!)frmHelp* frmMain");
     }
 
     /// All, a selection, cancelled, and a printer that fails.
@@ -270,7 +276,7 @@ private Q_SLOTS:
         const QPointer<QWidget> about = room.find("frmAbout");
         const QPoint off = about->frameGeometry().center() - about->screen()->geometry().center();
         QVERIFY(off.manhattanLength() <= 2 && about->minimumSize() == about->maximumSize());
-        QCOMPARE(room.look()["in front"], "frmAbout");
+        QCOMPARE(room.look()["windows"], "frmAbout* frmMain");
         QCOMPARE(m_browsed.size(), 1);
         room.play("click cOK");
         QVERIFY(QTest::qWaitFor([&] { return !about; }));

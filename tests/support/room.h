@@ -117,8 +117,7 @@ public:
             play(step);
             rules.play(Step(step));
             const Facts expected = rules.facts();
-            const qsizetype texts = expected["spoken"].count(". ") + !expected["spoken"].isEmpty();
-            (void)QTest::qWaitFor([&] { return speech.spoken.size() >= m_heard + texts; });
+            (void)QTest::qWaitFor([&] { return speech.spoken.join(". ") == expected["spoken"]; });
             const Facts seen = look();
             QString differences;
             for (const QString &fact : expected.keys())
@@ -205,6 +204,12 @@ public:
         }
         keyboard();
     }
+    void clearFontSize()
+    {
+        click(find<QComboBox>("iFontSize")->lineEdit());
+        key("Ctrl+A");
+        key("Del");
+    }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
@@ -260,7 +265,6 @@ private:
     QObject *m_ticking = nullptr;
     double m_fraction = 0.5;
     int m_rounds = 0;
-    qsizetype m_heard = 0;
 };
 
 inline void Room::play(const QString &script)
@@ -268,7 +272,7 @@ inline void Room::play(const QString &script)
     for (const QString &text : script.split(", ")) {
         const Step step(text);
         const auto control = [&] {
-            return step.name() == "frmBingo" ? find("frmBingo")->findChild<QTextEdit *>() : find(step.name());
+            return step.name == "frmBingo" ? find("frmBingo")->findChild<QTextEdit *>() : find(step.name);
         };
         m_answer = step.answer;
         const QHash<QString, std::function<void()>> verbs{
@@ -276,20 +280,11 @@ inline void Room::play(const QString &script)
             {"rightclick", [&] { click(control(), Qt::RightButton); }},
             {"slip", [&] { slip(control()); }},
             {"middleclick", [&] { click(control(), Qt::MiddleButton); }},
-            {"space", [&] { control()->setFocus(Qt::TabFocusReason), type(" "); }},
             {"type", [&] { type(step.what); }},
             {"enter", [&] { type(step.what + '\r'); }},
             {"key", [&] { key(step.what); }},
-            {"font",
-             [&] {
-                 click(find<QComboBox>("iFontSize")->lineEdit()), key("Ctrl+A"), key("Del"),
-                     type(step.what + '\r');
-             }},
-            {"halffont",
-             [&] {
-                 click(find<QComboBox>("iFontSize")->lineEdit()), key("Ctrl+A"), key("Del"), type(step.what);
-             }},
-            {"choose", [&] { choose(step.name(), step.what.section(' ', 1)); }},
+            {"font", [&] { clearFontSize(), type(step.what); }},
+            {"choose", [&] { choose(step.name, step.value); }},
             {"close", [&] { control()->window()->close(); }},
             {"seconds", [&] { tick(find<QTimer>("Timer2"), step.what.toInt()); }},
             {"frames", [&] { tick(find<QTimer>("Timer1"), step.what.toInt()); }},
@@ -339,29 +334,23 @@ inline Facts Room::look()
         const QWidget *control = find(name.arg(i));
         return picture.pixelColor(placeOf(control, name[0] == 't' ? control->rect().center() : QPoint(4, 4)));
     };
-    for (const char *name : {"lblCallCnt", "RTB3", "RTB4", "Text1", "iFontSize", "cboSec", "lblAutoCall",
-                             "cPause", "chkAutoCall", "chkMakeVoiceCall"})
-        seen[name] = content(find(name));
-    seen["RTB4"] = ('.' + seen["RTB4"]).trimmed().mid(1); // blanks at the end are not seen
-    static const QRegularExpression named("^(c.*\\(|tDemo|Frame1|Label3)"), described("^RTB[234]");
     for (QWidget *control : window->findChildren<QWidget *>()) {
-        const QString name = control->objectName();
         if (control->window() != window)
             continue;
-        if (named.match(name).hasMatch())
-            seen[name + " in words"] =
-                QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
-        else if (described.match(name).hasMatch())
-            seen[name + " in words"] =
-                QAccessible::queryAccessibleInterface(control)->text(QAccessible::Description);
-        else if (QAccessible::queryAccessibleInterface(control)->role() == QAccessible::StatusBar)
-            seen["state in words"] = control->accessibleName();
+        auto *reader = QAccessible::queryAccessibleInterface(control);
+        const bool isBar = reader->role() == QAccessible::StatusBar;
+        const QString name = isBar ? "state" : control->objectName();
+        const bool isDisplay = control->inherits("QTextEdit");
+        seen[name + " in words"] = reader->text(isDisplay ? QAccessible::Description : QAccessible::Name);
+        seen[name] = content(control);
     }
+    seen["RTB4"] = ('.' + seen["RTB4"]).trimmed().mid(1); // blanks at the end are not seen
     const auto *animation = find<QTimer>("Timer1");
     QStringList open;
-    for (const auto *top : QApplication::topLevelWidgets())
-        open += top->isVisible() && top->objectName().startsWith("frm") ? QStringList(top->objectName())
-                                                                        : QStringList();
+    for (const QWidget *top : QApplication::topLevelWidgets()) {
+        if (top->isVisible() && top->objectName().startsWith("frm"))
+            open += top->objectName() + (top->isActiveWindow() ? "*" : "");
+    }
     open.sort();
     seen.insert({
         {"red", Rules::where([&](int n) { return isRed(picture, n); })},
@@ -374,12 +363,10 @@ inline Facts Room::look()
         {"focus", window->focusWidget()->objectName()},
         {"screen", screenStaysOn ? "on" : ""},
         {"windows", open.join(' ')},
-        {"in front", QApplication::activeWindow()->objectName()},
         {"boxes", std::exchange(m_boxes, {}).join(". ")},
         {"said", std::exchange(said, {}).join(". ")},
-        {"spoken", speech.spoken.mid(m_heard).join(". ")},
+        {"spoken", std::exchange(speech.spoken, {}).join(". ")},
     });
-    m_heard = speech.spoken.size();
     return seen;
 }
 

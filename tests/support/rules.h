@@ -16,13 +16,15 @@ struct Step
     explicit Step(const QString &text)
         : verb(text.section(": ", 0, 0).section(' ', 0, 0))
         , what(text.section(": ", 0, 0).section(' ', 1))
+        , name(what.section(' ', 0, 0))
+        , value(what.section(' ', 1))
+        , array(name.section('(', 0, 0))
         , answer(text.section(": ", 1))
+        , index(name.section('(', 1).remove(')').toInt())
     {
     }
-    QString name() const { return what.section(' ', 0, 0); }
-    QString array() const { return name().section('(', 0, 0); }
-    int index() const { return name().section('(', 1).chopped(name().endsWith(')')).toInt(); }
-    QString verb, what, answer;
+    QString verb, what, name, value, array, answer;
+    int index;
 };
 
 /// The letters of the columns that a pattern takes out of play, and its forms: "X...X ..... ..... .....
@@ -37,39 +39,53 @@ struct Pattern
 class Rules
 {
 public:
-    using Numbers = std::set<int>;
-    using Actions = QHash<QString, std::function<void()>>;
-
     explicit Rules(const QList<Pattern> &patterns)
         : m_patterns(patterns)
     {
     }
     void play(const Step &step)
     {
-        const QString value = step.what.section(' ', 1);
-        const int times = QStringList{"seconds", "frames"}.contains(step.verb) ? step.what.toInt() : 1;
+        static const QString elsewhere = "cOK cListen cSave frmBingo List1 Slider1";
         m_answer = step.answer;
-        const Actions verbs{
-            {"click", [&] { press(step.array(), step.index()); }},
-            {"space", [&] { press(now["focus"] = step.name(), step.index()); }},
-            {"rightclick", [&] { front("frmMain"); }},
-            {"middleclick", [&] { front("frmMain"); }},
-            {"slip", [&] { front("frmMain"); }},
+        if (QString("rightclick middleclick slip choose font").contains(step.verb) &&
+            !elsewhere.contains(step.array))
+            front("frmMain");
+        const QHash<QString, std::function<void()>> actions{
+            {"click cButt", [&] { number(step.index); }},
+            {"click cDemoButt", [&] { selectPattern(step.index); }},
+            {"click tDemo", [&] { turn(step.index); }},
+            {"click Text1", [&] { focusOn("Text1"); }},
+            {"click cRandNum", [&] { draw(); }},
+            {"click chkAutoCall", [&] { startCalls(!isOn()); }},
+            {"click cPause", [&] { playOrPause(); }},
+            {"click cmdClear", [&] { clear(); }},
+            {"click cBingo", [&] { pause(), focusOn("Text1"), front("frmBingo"); }},
+            {"click chkMakeVoiceCall", [&] { flip(step.name, "Make Voice Calls"), focusOn("Text1"); }},
+            {"click frmBingo", [&] { close("frmBingo"); }},
+            {"click cOK", [&] { close("frmAbout"); }},
+            {"click cListen", [&] { useVoice("cListen"); }},
+            {"click cSave", [&] { useVoice("cSave"); }},
+            {"choose mnuShaddow", [&] { flip(step.name, "Shaddow Buttons"); }},
+            {"choose mnuHelp", [&] { front("frmHelp"); }},
+            {"choose mnuAbout", [&] { front("frmAbout"); }},
+            {"choose mnuSpeak", [&] { front("frmVoices"); }},
+            {"choose cboSec", [&] { setInterval(step.value); }},
+            {"choose iFontSize", [&] { setFontSize(step.value); }},
+            {"choose List1", [&] { m_chosen = step.value; }},
+            {"choose Slider1", [&] { m_rate = ' ' + step.value; }},
+            {"font", [&] { now[now["focus"] = "iFontSize"] = step.what, m_isHalfTyped = true; }},
             {"type", [&] { type(step.what); }},
             {"enter", [&] { type(step.what + '\r'); }},
-            {"font", [&] { front("frmMain"), setFontSize(step.what); }},
-            {"halffont",
-             [&] { front("frmMain"), now[now["focus"] = "iFontSize"] = step.what, m_isHalfTyped = true; }},
-            {"choose", [&] { choose(step.name(), value); }},
-            {"close", [&] { close(step.name()); }},
+            {"close", [&] { close(step.name); }},
             {"draws", [&] { m_fraction = step.what.toDouble(); }},
             {"seconds", [&] { second(); }},
             {"frames", [&] { nextForm(); }},
             {"halfhour", [&] { m_isQuiet = true; }},
             {"service", [&] { serve(step.what); }},
         };
-        for (int i = 0; i < times && verbs.contains(step.verb); ++i)
-            verbs[step.verb]();
+        const bool isRepeated = step.verb == "seconds" || step.verb == "frames";
+        for (int times = isRepeated ? step.what.toInt() : 1; times > 0; --times)
+            actions.value(step.verb + ' ' + step.array, actions.value(step.verb, [] {}))();
     }
 
     /// What must be seen now, and what must have been said since the last time.
@@ -77,26 +93,28 @@ public:
     {
         Facts all = now;
         QStringList last, past, reds, rows;
-        for (const int n : m_last) {
-            last += spoken(n);
-            past += label(n).leftJustified(3);
-        }
-        for (const int n : m_red)
-            reds += spoken(n);
-        for (int n = 1; n <= 75; ++n)
+        for (const int n : m_last)
+            last += spoken(n), past += label(n).leftJustified(3);
+        for (int n = 1; n <= 75; ++n) {
+            reds += m_red.count(n) ? QStringList(spoken(n)) : QStringList();
             all[QString("cButt(%1) in words").arg(n)] =
                 spoken(n) + (m_called.count(n) ? ", called" : ", not called");
+        }
         for (int id = 1; id <= 21; ++id)
             all[QString("cDemoButt(%1) in words").arg(id)] =
                 m_patterns[id - 1].caption + (id == m_pattern ? " pattern, selected" : " pattern");
         for (int i = 1; i <= 25; ++i) {
-            const QString row = QString("row %1").arg((i + 4) / 5);
             all[QString("tDemo(%1) in words").arg(i)] = cell(i);
+            const QString row = QString("row %1").arg((i + 4) / 5);
             if (m_lit.count(i) && (rows.isEmpty() || !rows.last().startsWith(row)))
                 rows += row;
             if (m_lit.count(i))
                 rows.last() += QString(' ') + QString("BINGO")[(i - 1) % 5];
         }
+        QStringList windows = m_windows;
+        windows.last() += '*'; // the one in front
+        windows.sort();
+        const bool isCovered = !now["Text1"].isEmpty(); // the middle of cell 10
         all.insert({
             {"lblCallCnt", QString("Balls Called: %1").arg(m_count)},
             {"state in words", (last.mid(0, 1) + QStringList(QString("%1 called").arg(m_count))).join(", ")},
@@ -107,17 +125,12 @@ public:
             {"RTB2 in words", listed(reds)},
             {"red", where([&](int n) { return m_red.count(n); })},
             {"grey", where([&](int n) { return m_called.count(n); })},
-            {"black", where([&](int i) {
-                 return m_lit.count(i) && (i != 10 || now["Text1"].isEmpty());
-             })}, // 10 is covered
+            {"black", where([&](int i) { return m_lit.count(i) && !(i == 10 && isCovered); })},
             {"Frame1 in words", "Pattern card, " + (rows.isEmpty() ? "empty" : rows.join(", "))},
             {"Label3 in words", now["cboSec"] + " seconds between automatic draws"},
             {"screen", counts() || !m_isQuiet ? "on" : ""},
-            {"in front", m_windows.last()},
+            {"windows", windows.join(' ')},
         });
-        QStringList open = m_windows;
-        open.sort();
-        all["windows"] = open.join(' ');
         now["boxes"] = now["said"] = now["spoken"] = "";
         return all;
     }
@@ -138,11 +151,8 @@ private:
     static QString listed(const QStringList &texts) { return texts.isEmpty() ? "none" : texts.join(", "); }
     QString cell(int i) const
     {
-        const QChar column = QString("BINGO")[(i - 1) % 5];
-        return QString("Pattern row %1, column %2, %3")
-            .arg((i + 4) / 5)
-            .arg(column)
-            .arg(m_lit.count(i) ? "lit" : "unlit");
+        const QString place = QString("Pattern row %1, column %2, ").arg((i + 4) / 5);
+        return place.arg(QString("BINGO")[(i - 1) % 5]) + (m_lit.count(i) ? "lit" : "unlit");
     }
     bool counts() const { return now["countdown"] == "runs"; }
     bool isOn() const { return now["chkAutoCall"] == "on"; }
@@ -150,14 +160,19 @@ private:
     {
         now[fact] += (now[fact].isEmpty() ? "" : ". ") + text;
     }
-    void tell(const QString &box)
-    {
-        add("boxes", box + (box.startsWith('R') ? " (Warning: OK!)" : " (NoIcon: OK!)"));
-    }
     bool isYes(const QString &question)
     {
         add("boxes", "Clear Board: " + question + ", Are you sure? (Question: Yes, No!)");
         return m_answer == "Yes";
+    }
+    void useVoice(const QString &button)
+    {
+        if (m_chosen.isEmpty())
+            return add("boxes", "Vellomir: Please select a voice from the list box. (NoIcon: OK!)");
+        if (button == "cListen")
+            return add("spoken", "Bee 4, Oh 62, Eye 25 " + m_chosen + m_rate);
+        m_voice = m_chosen + m_rate;
+        close("frmVoices");
     }
     void front(const QString &window) { m_windows.removeAll(window), m_windows += window; }
     void close(const QString &window)
@@ -166,70 +181,20 @@ private:
         front("frmMain");
         if (window == "frmBingo")
             add("said", "BINGO closed");
+        if (window == "frmVoices")
+            m_chosen = "", m_rate = " 0";
     }
     void focusOn(const QString &control)
     {
-        now["iFontSize"] = m_isHalfTyped ? now["points"] : now["iFontSize"];
+        now["iFontSize"] = std::exchange(m_isHalfTyped, false) ? now["points"] : now["iFontSize"];
         now["focus"] = control;
-        m_isHalfTyped = false;
     }
     void toEntry() { now["Text1"] = "", focusOn("Text1"); }
-
-    void press(const QString &name, int index)
-    {
-        const bool isChosen = !m_chosen.isEmpty();
-        const QString select = "Vellomir: Please select a voice from the list box.";
-        const Actions elsewhere{
-            {"cOK", [&] { close("frmAbout"); }},
-            {"frmBingo", [&] { close("frmBingo"); }},
-            {"cListen",
-             [&] { isChosen ? add("spoken", "Bee 4, Oh 62, Eye 25 " + m_chosen + m_rate) : tell(select); }},
-            {"cSave", [&] { isChosen ? m_voice = m_chosen + m_rate, close("frmVoices") : tell(select); }},
-        };
-        const Actions board{
-            {"cButt", [&] { number(index); }},
-            {"cDemoButt", [&] { selectPattern(index); }},
-            {"tDemo",
-             [&] {
-                 m_lit.erase(index) || m_lit.insert(index).second, focusOn("Text1"), add("said", cell(index));
-             }},
-            {"Text1", [&] { now["focus"] = name, m_isHalfTyped = false; }},
-            {"cRandNum", [&] { draw(); }},
-            {"chkAutoCall",
-             [&] { m_left = 2, callByItself(!isOn(), !isOn()), focusOn(isOn() ? "cPause" : "Text1"); }},
-            {"cPause", [&] { isOn() ? callByItself(true, !counts()) : void(); }},
-            {"cmdClear", [&] { clear(); }},
-            {"cBingo", [&] { pause(), focusOn("Text1"), front("frmBingo"); }},
-            {"chkMakeVoiceCall", [&] { flip(name, "Make Voice Calls"), focusOn("Text1"); }},
-        };
-        if (elsewhere.contains(name))
-            return elsewhere[name]();
-        front("frmMain");
-        board.value(name, [] {})();
-    }
     void flip(const QString &mark, const QString &caption)
     {
         const bool isOn = now[mark] == "off";
         now[mark] = isOn ? "on" : "off";
         add("said", caption + (isOn ? ", checked" : ", not checked"));
-    }
-    void choose(const QString &name, const QString &value)
-    {
-        const bool isNew = !m_windows.contains("frmVoices");
-        if (name.startsWith("mnu") || name == "cboSec" || name == "iFontSize")
-            front("frmMain");
-        const Actions choices{
-            {"mnuShaddow", [&] { flip(name, "Shaddow Buttons"); }},
-            {"mnuHelp", [&] { front("frmHelp"); }},
-            {"mnuAbout", [&] { front("frmAbout"); }},
-            {"mnuSpeak",
-             [&] { front("frmVoices"), m_chosen = isNew ? "" : m_chosen, m_rate = isNew ? " 0" : m_rate; }},
-            {"cboSec", [&] { now[name] = value, focusOn("Text1"), add("said", value + " seconds"); }},
-            {"iFontSize", [&] { setFontSize(value); }},
-            {"List1", [&] { m_chosen = value; }},
-            {"Slider1", [&] { m_rate = ' ' + value; }},
-        };
-        choices.value(name, [] {})();
     }
 
     // ---- Calls
@@ -242,7 +207,7 @@ private:
             m_red = m_called;
             add("said", spoken(n) + " not called");
         }
-        toEntry();
+        now["Text1"] = "";
         focusOn(counts() ? "cPause" : "Text1");
     }
     void call(int n)
@@ -263,9 +228,9 @@ private:
             pool += m_called.count(n) ? QList<int>() : QList<int>{n};
         if (!pool.isEmpty())
             return number(pool[int(m_fraction * double(pool.size()))]);
-        tell("Vellomir: Full Board....");
+        add("boxes", "Vellomir: Full Board.... (NoIcon: OK!)");
         if (isOn())
-            m_left = 2, callByItself(true, true), focusOn("cPause");
+            startCalls(true);
     }
     void clear()
     {
@@ -287,7 +252,7 @@ private:
         for (const QChar sign : text) {
             const QString focus = inFront() == "frmMain" ? now["focus"] : "";
             if (focus == "cPause" && (sign == '\r' || sign == ' '))
-                callByItself(true, !counts());
+                playOrPause();
             if (focus == "iFontSize")
                 sign == '\r' ? setFontSize(now[focus]) : void(now[focus] += sign);
             if (focus != "Text1")
@@ -299,8 +264,8 @@ private:
                 draw();
             else if (sign.toUpper() != 'P')
                 now["Text1"] = entry + sign;
-            else if (isOn())
-                callByItself(true, !counts());
+            else
+                playOrPause();
         }
     }
     void enter(const QString &text)
@@ -341,10 +306,19 @@ private:
                     : on     ? "Paused"
                              : "Automatic calling off");
     }
-    void pause()
+    void startCalls(bool on)
     {
-        if (counts())
-            callByItself(true, false);
+        m_left = 2;
+        callByItself(on, on);
+        focusOn(on ? "cPause" : "Text1");
+    }
+    void playOrPause() { isOn() ? callByItself(true, !counts()) : void(); }
+    void pause() { counts() ? callByItself(true, false) : void(); }
+    void setInterval(const QString &seconds)
+    {
+        now["cboSec"] = seconds;
+        focusOn("Text1");
+        add("said", seconds + " seconds");
     }
     void second()
     {
@@ -398,6 +372,12 @@ private:
                 m_lit.insert(i + 1);
         }
     }
+    void turn(int i)
+    {
+        m_lit.erase(i) || m_lit.insert(i).second;
+        focusOn("Text1");
+        add("said", cell(i));
+    }
 
     // ---- Speech
     void say(const QString &text)
@@ -418,11 +398,10 @@ private:
         if (!m_waiting.isEmpty())
             speak();
         m_isFollowUp = !m_isFollowUp;
-        const qsizetype digit = m_phrase.indexOf(' ') + 1;
-        const bool isShort = m_phrase.startsWith('B') && m_phrase.size() == 6;
         if (!m_isFollowUp)
             return;
-        if (!isShort)
+        const qsizetype digit = m_phrase.indexOf(' ') + 1;
+        if (!m_phrase.startsWith('B') || m_phrase.size() != 6)
             m_phrase = m_phrase.left(digit + 1) + " ," + m_phrase.mid(digit + 1, 1);
         else if (m_phrase.endsWith('4'))
             m_phrase = "And After";
@@ -434,7 +413,7 @@ private:
         if (what == "ends")
             end();
         if (what == "fails")
-            m_waiting.clear(), tell("Run-Time Error: Desc: it went away Err #: -7");
+            m_waiting.clear(), add("boxes", "Run-Time Error: Desc: it went away Err #: -7 (Warning: OK!)");
     }
 
     Facts now{{"Text1", ""},        {"iFontSize", "33"}, {"points", "33"},        {"cboSec", "10"},
@@ -442,10 +421,10 @@ private:
               {"mnuShaddow", "on"}, {"focus", "Text1"},  {"countdown", "stands"}, {"next form", ""},
               {"boxes", ""},        {"said", ""},        {"spoken", ""}};
     const QList<Pattern> m_patterns;
-    Numbers m_called, m_red, m_lit;
+    std::set<int> m_called, m_red, m_lit;
     QList<int> m_last;
     QStringList m_windows{"frmMain"}, m_waiting; ///< the one in front last; texts for the voice
-    QString m_answer, m_phrase, m_voice = "-1 0", m_chosen, m_rate;
+    QString m_answer, m_phrase, m_voice = "-1 0", m_chosen, m_rate = " 0";
     int m_count = 0, m_pattern = 0, m_form = 0, m_left = 0;
     double m_fraction = 0.5;
     bool m_endsByItself = true, m_isFollowUp = false, m_isQuiet = true, m_isHalfTyped = false;
