@@ -168,8 +168,9 @@ public:
     }
     void type(const QString &text)
     {
-        for (const char c : text.toLatin1()) {
-            QTest::keyClick(keyboard(), c);
+        for (const QChar sign : text) {
+            const auto code = sign == '\r' ? Qt::Key_Return : Qt::Key(sign.toUpper().unicode());
+            QTest::sendKeyEvent(QTest::Click, keyboard(), code, sign, {});
             QThread::msleep(1); // else the program takes the next for a repeat of a held key
         }
     }

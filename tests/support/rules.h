@@ -268,9 +268,11 @@ private:
                 playOrPause();
         }
     }
-    void enter(const QString &text)
+    void enter(QString text)
     {
-        const bool hasLetter = !text.isEmpty() && QString("BINGO").contains(text[0].toUpper());
+        for (QChar &sign : text)
+            sign = sign.isDigit() ? QChar('0' + sign.digitValue()) : sign;
+        const bool hasLetter = !text.isEmpty() && QString("BINGOİı").contains(text[0].toUpper());
         bool isNumber = false;
         const double value = (hasLetter ? text.mid(1, 2) : text).trimmed().toDouble(&isNumber);
         const int n = isNumber && value > 0 && value < 76 ? int(std::nearbyint(value)) : 0;
@@ -290,6 +292,7 @@ private:
     {
         bool isNumber = false;
         const double size = now["iFontSize"].trimmed().toDouble(&isNumber);
+        isNumber = isNumber && !std::isnan(size);
         now["points"] = isNumber ? QString::number(qBound(5.0, size, 100.0)) : now["points"];
         m_red = isNumber ? m_called : m_red;
         return isNumber;
