@@ -157,21 +157,6 @@ private Q_SLOTS:
         QCOMPARE(screen, room.window->grab().toImage().convertToFormat(screen.format()));
     }
 
-    /// A board that is too large for the window scrolls by keys and by the wheel, its letters with it.
-    void scrolling()
-    {
-        Room room;
-        room.play("font 100, enter ");
-        room.window->resize(900, 600);
-        QTextEdit *board = room.display("RTB2"), *letters = room.display("RTB1");
-        board->setFocus();
-        for (const auto &[keys, isMoved] : {std::pair("key PgDown", true), std::pair("key PgUp", false)}) {
-            room.play(keys);
-            QCOMPARE(board->verticalScrollBar()->value() > 0, isMoved);
-            QCOMPARE(letters->verticalScrollBar()->value(), board->verticalScrollBar()->value());
-        }
-    }
-
     /// What fails in any handler is told, and the game goes on.
     void failure()
     {

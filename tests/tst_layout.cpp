@@ -79,64 +79,55 @@ private Q_SLOTS:
             QVERIFY2(!room.display(name)->horizontalScrollBar()->maximum(), name);
     }
 
-    /// At every size the letters stand level with their rows, whole.
-    void fontSizes()
+    /// At every size of letters and window the letters of the columns stand level with their rows, whole, and
+    /// the board scrolls where it is too large.
+    void sizes()
     {
         Room().end();
         writeFile(modMain::SettingsPath, "[Options]\nFontSz=900\nAutoCallTm=17\n");
         Room room(true);
-        auto *font = room.find<QComboBox>("iFontSize");
+        QCOMPARE(room.find<QComboBox>("iFontSize")->currentText(), "900");
+        QCOMPARE(room.find<QComboBox>("cboSec")->currentText(), "10");
         QTextEdit *letters = room.display("RTB1"), *board = room.display("RTB2");
-        QCOMPARE(font->currentText() + room.find<QComboBox>("cboSec")->currentText(), "90010");
-        room.window->resize(10, 10); // the least size is too small for the larger letters: both scroll
         const auto bottom = [](const QTextEdit *display) {
             return display->cursorRect(QTextCursor(display->document()->lastBlock())).bottom();
         };
-        const std::tuple<const char *, const char *, double> rows[] = {
-            {"enter huge", "huge", 100},
-            {"enter 3", "5", 5},
-            {"enter 250", "100", 100},
-            {"enter 12.5", "12.5", 12.5},
-            {"enter , click cmdClear: Yes", "", 12.5},
-            {"type 40, key Tab", "40", 12.5},
-            {"type 37, key Up", "36", 36},
-            {"type 33, key Down", "34", 34}};
-        for (const auto &[typed, shown, drawn] : rows) {
-            font->setFocus();
-            room.play(QString("key Ctrl+A, key Del, ") + typed);
-            QCOMPARE(font->currentText(), shown);
-            QCOMPARE(board->font().pointSizeF(), drawn);
-            QVERIFY(!letters->horizontalScrollBar()->maximum());
-            QVERIFY(drawn < 50 || board->horizontalScrollBar()->isVisible());
-            for (const int place : {0, board->verticalScrollBar()->maximum()}) {
-                board->verticalScrollBar()->setValue(place);
+        const double scale = room.window->logicalDpiX() / 96.0;
+        for (const auto &[points, more] : {std::pair(5, 0), std::pair(100, 3), std::pair(60, 300)}) {
+            room.window->resize(10, 10); // makes it as small as it gets
+            const QRect client = room.window->centralWidget()->rect();
+            QVERIFY((client.size() - QSize(926, 548) * scale).isEmpty());
+            room.play(QString("font %1, enter ").arg(points));
+            board->setFocus();
+            for (const char *key : {"key PgUp", "key PgDown"}) {
+                room.play(key);
+                QCOMPARE(board->verticalScrollBar()->value() > 0,
+                         points > 50 && key == QString("key PgDown"));
                 QCOMPARE(bottom(letters), bottom(board));
+                QVERIFY(!letters->horizontalScrollBar()->maximum());
             }
+            room.window->resize(room.window->size() + QSize(more + 1, more));
+            QCOMPARE(board->verticalScrollBar()->value(), 0);
+            const QPoint margin =
+                room.window->centralWidget()->rect().bottomRight() - board->geometry().bottomRight();
+            QCOMPARE(margin, QPoint(qRound(13 * scale), qRound(10 * scale)));
+            QCOMPARE(letters->geometry().bottom(), board->geometry().bottom());
         }
-        for (const QString shown : {"34", "36"}) { // the wheel turns only what has the focus
+    }
+
+    /// The list of sizes turns by keys, and by the wheel only while it has the focus.
+    void turns()
+    {
+        Room room;
+        auto *font = room.find<QComboBox>("iFontSize");
+        for (const char *shown : {"33", "34", "36"}) {
             QWheelEvent wheel({5, 5}, font->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, {}, false);
             QApplication::sendEvent(font, &wheel);
             QCOMPARE(font->currentText(), shown);
             font->setFocus();
         }
-    }
-
-    void resizing()
-    {
-        Room room;
-        const double scale = room.window->logicalDpiX() / 96.0;
-        room.window->resize(10, 10);
-        QVERIFY((room.window->centralWidget()->size() - QSize(926, 548) * scale).isEmpty());
-        QTextEdit *board = room.display("RTB2");
-        board->verticalScrollBar()->setValue(50);
-        for (const QSize more : {QSize(4, 3), QSize(300, 200)}) {
-            room.window->resize(room.window->size() + more);
-            const QRect client = room.window->centralWidget()->rect();
-            QCOMPARE(board->verticalScrollBar()->value(), 0);
-            QCOMPARE(client.right() - board->geometry().right(), qRound(13 * scale));
-            QCOMPARE(client.bottom() - board->geometry().bottom(), qRound(10 * scale));
-            QCOMPARE(room.display("RTB1")->geometry().bottom(), board->geometry().bottom());
-        }
+        room.play("key Up");
+        QCOMPARE(font->currentText() + room.look()["points"], "3434");
     }
 };
 
