@@ -223,6 +223,7 @@ public:
 
     FakeSpeech speech;
     QPointer<QMainWindow> window;
+    std::function<void(QWidget *)> onBox = [](QWidget *) {};
 
 private:
     /// Answers each box that comes.
@@ -245,6 +246,7 @@ private:
                            .arg(box->windowTitle(), box->text().replace('\n', ' '), icon,
                                 QStringList(captions.values()).join(", "));
             tick(find<QTimer>("Timer2"), 5); // The time stands still.
+            onBox(box);
         }
         const QMap<QString, Qt::Key> keys{{"Yes", Qt::Key_Y}, {"No", Qt::Key_N}, {"Enter", Qt::Key_Return}};
         if (m_rounds++ % 500 == 0) // The second of two keys of one time is lost.
