@@ -106,10 +106,10 @@ QStringList facts(QWidget *window)
     const QWidget *client = main ? main->centralWidget() : window;
     const auto flags = window->windowFlags() &
                        (Qt::WindowType_Mask | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
-    const auto twips = [&](int pixels) { // BINGO has no size of its own
-        return window->windowFlags() & Qt::FramelessWindowHint
-                   ? 0
-                   : qRound(pixels * 1440.0 / window->logicalDpiX());
+    const bool hasSize =
+        !(window->windowFlags() & Qt::FramelessWindowHint) && !window->inherits("QMessageBox");
+    const auto twips = [&](int pixels) { // BINGO and boxes have no size of their own
+        return hasSize ? qRound(pixels * 1440.0 / window->logicalDpiX()) : 0;
     };
     QString all, before;
     QTextStream line(&all);
