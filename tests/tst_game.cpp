@@ -13,7 +13,7 @@ const std::pair<const char *, const char *> scripts[] = {
      "enter 12, enter 12: No, enter 12: Enter, enter 12: Escape, enter 12: Yes, enter 12"},
     {"a letter is not checked", "enter G7, enter n33, enter i100, enter O75, enter B.9, enter ٣١, enter ı25"},
     {"an entry is typed anew",
-     "type 12, click cButt(9), type 12, click cmdClear: No, type 4r, type 4p, type 1"},
+     "type 12, click cButt(9), type 12, click cmdClear: No, type 4r, type 4p, click tDemo(10), type 1"},
     {"no key for commands types", "type 4, key Ctrl+R, key Alt+R, key Meta+R, key Alt+7, key Alt+P"},
     {"the first and the last of each letter",
      "draws 0, click cRandNum, draws 0.9999, type R, click chkMakeVoiceCall, click Text1, enter 15, enter "
@@ -145,16 +145,24 @@ private Q_SLOTS:
         }
     }
 
-    /// A call is on the screen when its press returns, before anything is said.
-    void callIsPaintedAtOnce()
+    /// A call, and the countdown, is on the screen when its press or tick returns, before anything is said.
+    void paintedAtOnce()
     {
         Room room;
         room.play("enter 12");
         room.look();
+        const auto compare = [&](const QWidget *part) {
+            const QImage screen = room.window->screen()->grabWindow(room.window->winId()).toImage();
+            const QImage drawn = room.window->grab().toImage().convertToFormat(screen.format());
+            const QRect place(room.placeOf(part, {}), part->size());
+            QCOMPARE(screen.copy(place), drawn.copy(place));
+        };
         room.find<QPushButton>("cButt(33)")->click();
-        const QImage screen = room.window->screen()->grabWindow(room.window->winId()).toImage();
-        QVERIFY(room.isRed(screen, 33));
-        QCOMPARE(screen, room.window->grab().toImage().convertToFormat(screen.format()));
+        compare(room.window);
+        room.play("click chkAutoCall");
+        room.look();
+        room.tick(room.find<QTimer>("Timer2"));
+        compare(room.find("lblAutoCall"));
     }
 
     /// What fails in any handler is told, and the game goes on.
