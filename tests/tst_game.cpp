@@ -151,18 +151,20 @@ private Q_SLOTS:
         Room room;
         room.play("enter 12");
         room.look();
-        const auto compare = [&](const QWidget *part) {
-            const QImage screen = room.window->screen()->grabWindow(room.window->winId()).toImage();
-            const QImage drawn = room.window->grab().toImage().convertToFormat(screen.format());
-            const QRect place(room.placeOf(part, {}), part->size());
-            QCOMPARE(screen.copy(place), drawn.copy(place));
+        const auto differs = [&] {
+            QImage screen = room.window->screen()->grabWindow(room.window->winId()).toImage();
+            const QImage drawn = room.window->grab().toImage();
+            QPainter painter(&screen);
+            painter.setCompositionMode(QPainter::CompositionMode_Difference);
+            painter.drawImage(0, 0, drawn); // The edges of letters that are drawn again may be others.
+            return ink(screen, screen.rect(), [](const QColor &c) { return c.lightness() > 30; }).isValid();
         };
         room.find<QPushButton>("cButt(33)")->click();
-        compare(room.window);
+        QVERIFY(!differs());
         room.play("click chkAutoCall");
         room.look();
         room.tick(room.find<QTimer>("Timer2"));
-        compare(room.find("lblAutoCall"));
+        QVERIFY(!differs());
     }
 
     /// What fails in any handler is told, and the game goes on.
