@@ -28,6 +28,9 @@ const std::pair<const char *, const char *> scripts[] = {
     {"a pause keeps the countdown",
      "click chkAutoCall, seconds 5, click cPause, seconds 9, click cPause, seconds 1, enter 3, click Text1, "
      "type p, type p, click chkAutoCall, seconds 9, click chkAutoCall, seconds 2"},
+    {"a draw moves nothing in the menu bar",
+     "click chkAutoCall, key F10, seconds 2, key F10, click cPause, font 4, key F10, key F10, key F10, "
+     "seconds 20, key F10, click cDemoButt(21), click cPause, key F10, seconds 10, key F10"},
     {"a text for each call and its digits",
      "service waits, click chkMakeVoiceCall, click cButt(12), click cButt(48), service ends, service ends, "
      "service ends, service ends, click cButt(62), click chkMakeVoiceCall, service ends, service ends"},
@@ -76,6 +79,8 @@ QString anyStep(const Rules &rules, std::mt19937 &chance)
         return most ? text.replace(last, QString::number(1 + int(chance() % unsigned(most)))) : text;
     };
     const QString front = rules.inFront();
+    if (front == "bar")
+        return oneOf(times + QStringList{"key F10", "key F10"});
     if (front == "frmBingo")
         return oneOf(bingo);
     if (front != "frmMain" && chance() % 2)
@@ -86,7 +91,7 @@ QString anyStep(const Rules &rules, std::mt19937 &chance)
                      ? QStringList(click)
                      : QStringList{click, click, click, enter, enter, enter, time, time, oneOf(entries),
                                    "choose " + oneOf(menus), "font " + oneOf(fonts), "choose iFontSize 40",
-                                   "choose cboSec " + oneOf({"5", "20"}), "slip" + click.mid(5),
+                                   "key F10", "choose cboSec " + oneOf({"5", "20"}), "slip" + click.mid(5),
                                    "rightclick" + click.mid(5), "middleclick" + click.mid(5)}) +
            oneOf(answers);
 }

@@ -113,8 +113,8 @@ QStringList facts(QWidget *window)
     };
     QString all, before;
     QTextStream line(&all);
-    line << window->windowTitle() << ", " << twips(client->width()) << " x " << twips(client->height())
-         << ", flags " << Qt::hex << int(flags) << Qt::dec << "\nColours";
+    line << window->windowTitle() << ", " << window->accessibleName() << ", " << twips(client->width())
+         << " x " << twips(client->height()) << ", flags " << Qt::hex << int(flags) << Qt::dec << "\nColours";
     for (int role = 0; role <= QPalette::PlaceholderText; ++role) {
         for (const auto group : {QPalette::Active, QPalette::Disabled})
             line << ' ' << window->palette().color(group, QPalette::ColorRole(role)).name();

@@ -78,6 +78,7 @@ public:
             {"enter", [&] { type(step.what + '\r'); }},
             {"close", [&] { close(step.name); }},
             {"draws", [&] { m_fraction = step.what.toDouble(); }},
+            {"key F10", [&] { enterOrLeaveBar(); }},
             {"seconds", [&] { second(); }},
             {"frames", [&] { nextForm(); }},
             {"halfhour", [&] { m_isQuiet = true; }},
@@ -134,7 +135,7 @@ public:
         now["boxes"] = now["said"] = now["spoken"] = "";
         return all;
     }
-    QString inFront() const { return m_windows.last(); }
+    QString inFront() const { return m_isInBar ? "bar" : m_windows.last(); }
     /// The numbers of which something is true: "7 33".
     template <class Condition>
     static QString where(Condition holds, int last = 75)
@@ -184,8 +185,19 @@ private:
         if (window == "frmVoices")
             m_chosen = "", m_rate = " 0";
     }
+    void enterOrLeaveBar()
+    {
+        m_isInBar = !m_isInBar;
+        now["focus"].swap(m_before);
+        if (!m_isInBar && !m_due.isEmpty())
+            focusOn(std::exchange(m_due, QString()));
+    }
     void focusOn(const QString &control)
     {
+        if (m_isInBar) {
+            m_due = control;
+            return;
+        }
         now["iFontSize"] = std::exchange(m_isHalfTyped, false) ? now["points"] : now["iFontSize"];
         now["focus"] = control;
     }
@@ -221,13 +233,17 @@ private:
         now["chkMakeVoiceCall"] == "on" ? say(m_phrase)
                                         : add("said", QString("%1, %2 called").arg(spoken(n)).arg(m_count));
     }
+    QList<int> pool() const
+    {
+        QList<int> left;
+        for (int n = 1; n <= 75; ++n)
+            left += m_called.count(n) ? QList<int>() : QList<int>{n};
+        return left;
+    }
     void draw()
     {
-        QList<int> pool;
-        for (int n = 1; n <= 75; ++n)
-            pool += m_called.count(n) ? QList<int>() : QList<int>{n};
-        if (!pool.isEmpty())
-            return number(pool[int(m_fraction * double(pool.size()))]);
+        if (!pool().isEmpty())
+            return number(pool()[int(m_fraction * double(pool().size()))]);
         add("boxes", "Vellomir: Full Board.... (NoIcon: OK!)");
         if (isOn())
             startCalls(true);
@@ -325,6 +341,8 @@ private:
     }
     void second()
     {
+        if (m_isInBar && pool().isEmpty())
+            return;
         if (counts() && --m_left < 1) {
             m_left = now["cboSec"].toInt();
             draw();
@@ -427,8 +445,10 @@ private:
     std::set<int> m_called, m_red, m_lit;
     QList<int> m_last;
     QStringList m_windows{"frmMain"}, m_waiting; ///< the one in front last; texts for the voice
+    QString m_before, m_due;          ///< what has the focus when the menu bar is left
     QString m_answer, m_phrase, m_voice = "-1 0", m_chosen, m_rate = " 0";
     int m_count = 0, m_pattern = 0, m_form = 0, m_left = 0;
     double m_fraction = 0.5;
-    bool m_endsByItself = true, m_isFollowUp = false, m_isQuiet = true, m_isHalfTyped = false;
+    bool m_isInBar = false, m_endsByItself = true, m_isFollowUp = false, m_isQuiet = true,
+         m_isHalfTyped = false;
 };
