@@ -15,7 +15,7 @@ namespace {
 QIcon programIcon()
 {
     QIcon icon;
-    for (const int size : {16, 32, 48, 256}) {
+    for (const int size : {16, 32, 48, 128}) {
         QImageReader reader(QStringLiteral(":/icons/vellomir-%1.png").arg(size), "png");
         reader.setAutoDetectImageFormat(false); // else every image plugin of the desktop is loaded
         icon.addPixmap(QPixmap::fromImageReader(&reader));

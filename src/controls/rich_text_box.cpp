@@ -123,7 +123,8 @@ QRgb RichTextBox::colorAt(int position) const
 void RichTextBox::setBaseFont(const QFont &font)
 {
     setFont(font);
-    document()->setDefaultFont(font);
+    if (document()->defaultFont() != font)
+        document()->setDefaultFont(font);
 }
 
 void RichTextBox::setBackColor(QRgb color)
