@@ -27,7 +27,7 @@ const QString section = QStringLiteral("Options");
 const QString fontSizeKey = QStringLiteral("FontSz");
 const QString intervalKey = QStringLiteral("AutoCallTm");
 
-/// The main window; null until it holds the settings.
+/// The main window, while it holds settings to be saved.
 QPointer<frmMain> board;
 
 void saveOpenBoard()
@@ -41,7 +41,7 @@ void endForSystem()
     if (board)
         board->close();
     else
-        std::_Exit(EXIT_SUCCESS); // at the error box of the start: nothing to save yet
+        std::_Exit(EXIT_SUCCESS); // at the error box of the start, or again: nothing to save
 }
 
 /// Install before the first message box: SIGTERM must work there too.
@@ -49,15 +49,18 @@ void listenToSystem()
 {
     os::onQuitRequest(endForSystem);
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, saveOpenBoard, Qt::DirectConnection);
-    std::atexit(saveOpenBoard); // Qt calls exit() when it loses the display
+    // When it loses the display Qt 6.11 leaves the event loop, and an older one calls exit().
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, saveOpenBoard);
+    std::atexit(saveOpenBoard);
 }
 
 /// Ends the program when the window is closed. It is not deleted here: one of its handlers may be waiting for
 /// an answer.
 void endWith(frmMain *window)
 {
-    QObject::connect(window, &frmMain::unloading, qApp, [window] {
-        SaveSettings(*window);
+    QObject::connect(window, &frmMain::unloading, qApp, [] {
+        saveOpenBoard();
+        board = nullptr;
         QCoreApplication::exit();
     });
 }
