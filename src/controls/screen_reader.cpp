@@ -11,8 +11,21 @@ namespace {
 
 constexpr int mostWaiting = 4;
 
-/// What screen readers take a control for, where Qt tells them something else: a display of numbers for a
-/// page of text, and a container for nothing, though it has a name.
+/// Qt takes a container for nothing. One with a name is a group, whether it was named before it was first
+/// asked for or after: Qt 6.11 asks earlier than others.
+class Container : public QAccessibleWidget
+{
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::Role role() const override
+    {
+        return widget()->accessibleName().isEmpty() ? QAccessible::Client : QAccessible::Grouping;
+    }
+};
+
+/// What screen readers take a control for, where Qt tells them something else, as of a display of numbers
+/// that it were a page of text.
 QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);
@@ -22,8 +35,8 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
         return new QAccessibleWidget(widget, QAccessible::StatusBar);
     if (qobject_cast<ScreenReader *>(object->parent()))
         return new QAccessibleWidget(widget, QAccessible::Notification);
-    if (className == QStringLiteral("QWidget") && !widget->isWindow() && !widget->accessibleName().isEmpty())
-        return new QAccessibleWidget(widget, QAccessible::Grouping);
+    if (className == QStringLiteral("QWidget") && !widget->isWindow())
+        return new Container(widget);
     return nullptr;
 }
 
