@@ -33,8 +33,9 @@ void layOut(QMessageBox &box)
     auto *grid = qobject_cast<QGridLayout *>(box.layout());
     const int columns = grid->columnCount();
     grid->addItem(new QSpacerItem(titleWidth(box), 0), grid->rowCount(), 0, 1, columns);
+    auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    text->setFocusPolicy(Qt::NoFocus); // Orca 51 passes over a label that takes the focus, be it from a click
     if (box.icon() == QMessageBox::NoIcon) {
-        auto *text = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
         grid->addWidget(text, 0, 0, 1, columns); // over the empty columns of the icon, too
         text->setContentsMargins({});
         text->setAlignment(Qt::AlignCenter);
