@@ -161,6 +161,7 @@ class Outside(unittest.TestCase):
                 program.type(f"{number}\r").the(f"B {number}, called")
             for pasted, ball in ("\r\n33\r\n34\r\n", "N 33"), ("ı25\n", "I 25"), ("٣١\n", "N 31"):
                 subprocess.run(["xsel", "-ib"], input=pasted, text=True, check=True)
+                wait_until(lambda: run("xsel", "-ob").split() == pasted.split(), "the clipboard")  # set in the background
                 key("shift+Insert")
                 program.the(f"{ball}, called")
             run("setxkbmap", "ru")

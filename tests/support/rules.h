@@ -445,7 +445,7 @@ private:
     std::set<int> m_called, m_red, m_lit;
     QList<int> m_last;
     QStringList m_windows{"frmMain"}, m_waiting; ///< the one in front last; texts for the voice
-    QString m_before, m_due;          ///< what has the focus when the menu bar is left
+    QString m_before, m_due;                     ///< what has the focus when the menu bar is left
     QString m_answer, m_phrase, m_voice = "-1 0", m_chosen, m_rate = " 0";
     int m_count = 0, m_pattern = 0, m_form = 0, m_left = 0;
     double m_fraction = 0.5;
