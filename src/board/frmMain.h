@@ -116,7 +116,7 @@ private:
     void rememberSize();
     void Form_Resize();
 
-    double m_scale = 0.0; // of the design; less than 1 where the work area has not the room for all of it
+    double m_scale = 1.0; // of the design; less than 1 where the work area has not the room for all of it
     double m_ratio = 1.0; // device pixels in a pixel, when the window was last fitted to its screen
     QSize m_area;         // the work area then
     QSize m_ownSize;      // of the client area, where the user has given it another one than the design's

@@ -49,7 +49,6 @@ void frmMain::followScreen()
     if (devicePixelRatioF() == m_ratio && screen()->availableSize() == m_area)
         return;
     QApplication::setFont(controls::sansFont());
-    m_scale = 0.0; // so that all is laid out anew
     fit(windowHandle()->frameMargins());
     controls::refitWindows();
     if (m_bingo)
@@ -68,9 +67,9 @@ void frmMain::fit(QMargins frame)
     const QSize full(pixels(mainDesign::clientWidth), pixels(mainDesign::clientHeight));
     const int percent =
         std::min({100, 100 * room.width() / full.width(), 100 * room.height() / full.height()});
-    const double before = m_scale;
     m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
-    if (m_scale != before)
+    // The design was made in its own size. Only once it is shown the large board can tell which bars it needs.
+    if (m_isPlaced || m_scale < 1.0)
         layOut();
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
                              pixelsUp(mainDesign::leastClientHeight, m_scale));
