@@ -81,8 +81,9 @@ QString look(QWidget *control)
 QString content(const QWidget *control)
 {
     QStringList found;
-    for (const char *name : {"text", "plainText", "title", "currentText", "minimum", "maximum", "singleStep",
-                             "pageStep", "checked"})
+    for (const char *name :
+         {"text", "plainText", "title", "currentText", "minimum", "maximum", "singleStep", "pageStep",
+          "checked", "lineWrapMode", "horizontalScrollBarPolicy", "verticalScrollBarPolicy"})
         found += control->property(name).toString().remove("false");
     const auto *combo = qobject_cast<const QComboBox *>(control);
     for (int i = 0; combo && i < combo->count(); ++i)
@@ -91,8 +92,10 @@ QString content(const QWidget *control)
         QTextCursor end(display->document());
         end.movePosition(QTextCursor::End);
         found += end.charFormat().foreground().color().name();
-        found += QString("%1 pt, aligned %2")
+        found += QString("%1 pt, outline %2, wrap %3, aligned %4")
                      .arg(end.charFormat().fontPointSize())
+                     .arg(end.charFormat().textOutline().widthF())
+                     .arg(int(display->wordWrapMode()))
                      .arg(int(end.blockFormat().alignment()));
     }
     return found.join(' ').simplified();
