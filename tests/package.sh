@@ -26,6 +26,6 @@ trap 'dpkg --purge vellomir' EXIT
 DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "$package"
 [[ -z $(man --warnings --encoding=UTF-8 vellomir 2>&1 >/dev/null) ]]
 xvfb-run -a -n 160 -s "-screen 0 1600x1000x24 -noreset" dbus-run-session -- \
-    /usr/bin/python3 -B "$source_folder/tests/outside.py" /usr/bin/vellomir Outside.test_windows
+    /usr/bin/python3 -B "$source_folder/tests/outside.py" /usr/bin/vellomir Outside.test_hands
 apt-get remove --yes vellomir
 [[ $(what_is_left) == "$before" ]]

@@ -33,6 +33,7 @@ private Q_SLOTS:
             {"[O2]\nKy=1\n[O]\nKy2=2\nK=2\n[O]\nKy=3", "-", "[O2]\nKy=1\n[O]\nKy2=2\nK=2\nKy=4\n[O]\nKy=3"},
             {"[O]\r\nX=1\r\n\r\n \r\n[B]\r\n", "-", "[O]\r\nX=1\r\nKy=4\r\n\r\n \r\n[B]\r\n"},
             {"\n[O]\nX=1", "-", "\n[O]\nX=1\nKy=4"},
+            {"[O]\nKy=\"\"\nX=1", "", "[O]\nKy=4\nX=1"},
             {"[A]\nX=1\n\n ", "-", "[A]\nX=1\n\n \n[O]\nKy=4"}};
         for (const auto &[before, value, after] : rows) {
             QCOMPARE(base::findValue(before, "O", "Ky").value_or("-"), value);

@@ -30,7 +30,7 @@ packages_desktop=(
     xsel
     x11-utils
     x11-xserver-utils # xset
-    libxss1 # whether the screen is blank
+    suckless-tools # xssstate: whether the screen is blank
     imagemagick # pictures: tools/picture
     dbus-daemon
     at-spi2-core

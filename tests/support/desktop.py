@@ -2,10 +2,10 @@
 as a screen reader does: by accessible names."""
 
 import contextlib
-import ctypes
 import re
 import subprocess
 import time
+from signal import SIGKILL
 
 import gi
 
@@ -36,32 +36,10 @@ def run(*command):
     return done.stdout.strip()
 
 
-def key(*keys):
-    """Presses keys, each by its X name: "Return", "alt+F4"."""
-    run("xdotool", "key", "--clearmodifiers", *keys)
-
-
 def manage_windows():
     """Starts the window manager of the display, with which it ends."""
     subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
     wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
-
-
-def taskbar():
-    """The titles of the windows that a taskbar lists."""
-    windows = re.findall(r"0x\w+", run("xprop", "-root", "_NET_CLIENT_LIST"))
-    listed = [w for w in windows if "SKIP_TASKBAR" not in run("xprop", "-id", w, "_NET_WM_STATE")]
-    return [run("xdotool", "getwindowname", window) for window in listed]
-
-
-def is_blank():
-    """Whether the screen saver of the display is on."""
-    x, saver = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXss.so.1")
-    x.XOpenDisplay.restype = ctypes.c_void_p
-    display, info = ctypes.c_void_p(x.XOpenDisplay(None)), (ctypes.c_int * 12)()
-    saver.XScreenSaverQueryInfo(display, x.XDefaultRootWindow(display), info)
-    x.XCloseDisplay(display)
-    return info[2] == 1  # the first two are a window
 
 
 class Program:
@@ -74,10 +52,24 @@ class Program:
         wait_until(self.activate, "the first window")
         return self
 
-    def __exit__(self, *_):
-        self.process.kill()
-        self.process.wait()
+    def __exit__(self, failure, *_):
+        """Closes the window as its close button does, unless the program has ended; then all must be well."""
+        if self.process.poll() is None and not failure:
+            self.activate()
+            self.key("alt+F4")
+            said = self.process.communicate(timeout=PATIENCE)[1]
+            assert (self.process.returncode, SAID_BY_QT.sub("", said)) == (0, ""), f"{self.process.returncode}: {said}"
+        self.end(SIGKILL)
         self.process.stderr.close()
+
+    def send(self, signal):
+        self.process.send_signal(signal)
+        return self
+
+    def end(self, signal=0):
+        """Waits for the end, and answers the exit code."""
+        self.send(signal)
+        return self.process.wait(PATIENCE)
 
     def activate(self):
         """Brings the window to the front that the program begins with."""
@@ -109,49 +101,55 @@ class Program:
 
         return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
 
+    def see(self, name, role=None):
+        self.the(name, role)
+        return self
+
     def text(self, name):
         return Atspi.Text.get_text(self.the(name), 0, -1)
 
-    def windows(self):
-        """The titles of the windows, the active one marked with a star."""
-        return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
+    def place(self):
+        """The left, top, width and height of the main window in pixels of the screen, without its frame."""
+        told = run("xwininfo", "-id", self.window)
+        return [int(n) for n in re.findall(r"(?:Absolute .*|Width|Height): *(-?\d+)", told)]
+
+    def focus(self, name):
+        """Waits until it has the focus, or is selected in what has it."""
+        wait_until(lambda: has(self.the(name), "FOCUSED") or has(self.the(name), "SELECTED"), f"the focus on {name}")
+        return self
 
     def become(self, *windows):
-        wait_until(lambda: self.windows() == list(windows), f"the windows {windows}")
+        """Waits until these are the titles of the windows, the active one marked with a star."""
 
-    def point(self, name, role=None):
-        """Moves the mouse to the middle of it."""
+        def titles():
+            return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
+
+        wait_until(lambda: titles() == list(windows), f"the windows {windows}")
+        return self
+
+    def click(self, name, role=None, times=1):
         at = self.the(name, role).get_extents(Atspi.CoordType.SCREEN)
         run("xdotool", "mousemove", at.x + at.width // 2, at.y + at.height // 2)
-        return self
-
-    def click(self, name, role=None, times=1, button=1):
-        self.point(name, role)
-        run("xdotool", "click", "--repeat", times, "--delay", 80, button)
-        return self
-
-    def slip(self, name):
-        """Presses it, and lets the button go beside it."""
-        self.point(name)
-        run("xdotool", "mousedown", 1, "mousemove_relative", 0, 300, "mouseup", 1)
+        run("xdotool", "click", "--repeat", times, "--delay", 80, 1)
         return self
 
     def type(self, text, delay=12):
         run("xdotool", "type", "--delay", delay, text)
         return self
 
+    def key(self, *keys):
+        """Presses keys, each by its X name: "Return", "alt+F4"."""
+        run("xdotool", "key", "--clearmodifiers", *keys)
+        return self
+
+    def hold(self, key):
+        run("xdotool", "keydown", key, "sleep", 1, "keyup", key)
+        return self
+
     def choose(self, *keys):
         """Chooses from the menu bar with the keys behind Alt."""
         self.activate()
-        key("alt", *keys)
-        return self
-
-    def close(self):
-        """Closes the window as its close button does; answers the exit code and what was said on standard error."""
-        self.activate()
-        key("alt+F4")
-        said = self.process.communicate(timeout=PATIENCE)[1]
-        return self.process.returncode, SAID_BY_QT.sub("", said)
+        return self.key("alt", *keys)
 
 
 def children(accessible):
