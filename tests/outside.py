@@ -143,6 +143,9 @@ class Outside(unittest.TestCase):
             for opening, title, *closing in WINDOWS:
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 wait_until(is_tool, f"{title} above the board, and off the taskbar")
+                tool = run("xdotool", "getactivewindow")
+                program.choose().focus("File")
+                run("xdotool", "windowactivate", "--sync", tool)
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 program.key(*closing).become("Vellomir*").focus("Bingo")
             program.choose(*VOICES).see("German (other)").key("Tab", "shift+Tab", "Down").focus("German (other)")
