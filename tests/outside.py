@@ -130,7 +130,7 @@ class Outside(unittest.TestCase):
             program.type("N33\r").see("N 33, called").send(SIGSTOP).type("72\r").send(SIGCONT)
             for pasted, ball in ("\r\n34\r\n35\r\n", "N 34"), ("ı25\n", "I 25"), ("٣١\n", "N 31"):
                 subprocess.run(["xsel", "-ib"], input=pasted, text=True, check=True)
-                wait_until(lambda: run("xsel", "-ob").split() == pasted.split(), "the clipboard")  # set in the background
+                wait_until(lambda: run("xsel", "-ob").split() == pasted.split(), "what xsel sets in the background")
                 program.key("shift+Insert").see(f"{ball}, called")
             run("setxkbmap", "ru")
             program.key(27).see("Balls Called: 6")  # R by its place
@@ -174,8 +174,9 @@ class Outside(unittest.TestCase):
             settings.send_signal(SIGHUP)
 
         def looks_as(dpi):  # but for the rounding of the window's own edges, and of letters
-            both = f"x:{program.window}", looks[dpi], "-extent", "1590x860", "-resize", "25%", "-metric", "RMSE", "-compare"
-            return float(run("convert", *both, "-format", "%[distortion]", "info:") or 1) < 0.03
+            both = f"x:{program.window}", looks[dpi], "-extent", "1590x860", "-resize", "25%"
+            compared = run("convert", *both, "-metric", "RMSE", "-compare", "-format", "%[distortion]", "info:")
+            return float(compared or 1) < 0.03
 
         config.write_text("")
         settings = self.run_beside("xsettingsd", "-c", config, stderr=subprocess.DEVNULL)
