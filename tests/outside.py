@@ -131,7 +131,7 @@ class Outside(unittest.TestCase):
             for pasted, ball in ("\r\n34\r\n35\r\n", "N 34"), ("ı25\n", "I 25"), ("٣١\n", "N 31"):
                 subprocess.run(["xsel", "-ib"], input=pasted, text=True, check=True)
                 wait_until(lambda: run("xsel", "-ob").split() == pasted.split(), "what xsel sets in the background")
-                program.key("shift+Insert").see(f"{ball}, called")
+                program.send(SIGSTOP).key("shift+Insert", "p").send(SIGCONT).see(f"{ball}, called")
             run("setxkbmap", "ru")
             program.key(27).see("Balls Called: 6")  # R by its place
             run("setxkbmap", "us")

@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace controls {
 
 namespace {
@@ -69,6 +71,7 @@ bool TextBox::swallowed(QChar character)
 
 void TextBox::keyPressEvent(QKeyEvent *event)
 {
+    enterIfDue();
     const Qt::KeyboardModifiers held = commandModifiers(*event);
     const QString text = event->text();
     if (held & (Qt::AltModifier | Qt::MetaModifier) && !text.isEmpty() && text.front().isPrint())
@@ -86,15 +89,21 @@ void TextBox::inputMethodEvent(QInputMethodEvent *event)
 }
 
 /// Enter comes a moment later: a handler that asks a question would keep the program waiting that the text
-/// was dragged from.
+/// was dragged from. It comes before the next key, which may already wait.
 void TextBox::enterFirstLine(const QString &edited)
 {
     static const QRegularExpression lineBreak(QStringLiteral("[\\n\\r\\x{2028}\\x{2029}]"));
     if (!edited.contains(lineBreak))
         return;
     setText(edited.split(lineBreak, Qt::SkipEmptyParts).value(0));
-    QMetaObject::invokeMethod(
-        this, [this] { swallowed(QChar(enter)); }, Qt::QueuedConnection);
+    m_isEnterDue = true;
+    QMetaObject::invokeMethod(this, &TextBox::enterIfDue, Qt::QueuedConnection);
+}
+
+void TextBox::enterIfDue()
+{
+    if (std::exchange(m_isEnterDue, false))
+        swallowed(QChar(enter));
 }
 
 void TextBox::paintEvent(QPaintEvent *event)

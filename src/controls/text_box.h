@@ -36,8 +36,10 @@ protected:
 private:
     bool swallowed(QChar character);
     void enterFirstLine(const QString &edited);
+    void enterIfDue();
 
     bool m_seeThrough = false;
+    bool m_isEnterDue = false; ///< behind a line that was pasted or dropped
 };
 
 } // namespace controls
