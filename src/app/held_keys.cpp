@@ -7,9 +7,7 @@
 
 namespace app {
 
-namespace {
-
-bool actsOnce(const QKeyEvent &press)
+static bool actsOnce(const QKeyEvent &press)
 {
     switch (press.key()) {
     case Qt::Key_Return:
@@ -24,12 +22,10 @@ bool actsOnce(const QKeyEvent &press)
 
 /// While a screen reader listens, Qt takes the keys from their windows and sends copies later, without a
 /// time.
-bool isCopy(const QKeyEvent &key)
+static bool isCopy(const QKeyEvent &key)
 {
     return key.timestamp() == 0;
 }
-
-} // namespace
 
 HeldKeys::HeldKeys()
 {

@@ -9,10 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
 /// What a window shows in its caption, in a taskbar and where one window is chosen among all.
-QIcon programIcon()
+static QIcon programIcon()
 {
     QIcon icon;
     for (const int size : {16, 32, 48, 128}) {
@@ -24,15 +22,13 @@ QIcon programIcon()
 }
 
 /// Ends the program where no window can be opened, with one line in place of Qt's several and its abort.
-void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
+static void reportNoDisplay(QtMsgType type, const QMessageLogContext &, const QString &)
 {
     if (type != QtFatalMsg)
         return;
     std::fputs("vellomir: cannot open a window: no display, or no Qt platform plugin for it\n", stderr);
     std::_Exit(EXIT_FAILURE);
 }
-
-} // namespace
 
 int main(int argc, char *argv[])
 {

@@ -21,22 +21,20 @@ namespace modMain {
 QString SettingsPath;
 voice::VoiceChoice Voice;
 
-namespace {
-
 const QString section = QStringLiteral("Options");
 const QString fontSizeKey = QStringLiteral("FontSz");
 const QString intervalKey = QStringLiteral("AutoCallTm");
 
 /// The main window, while it holds settings to be saved.
-QPointer<frmMain> board;
+static QPointer<frmMain> board;
 
-void saveOpenBoard()
+static void saveOpenBoard()
 {
     if (board)
         SaveSettings(*board);
 }
 
-void endForSystem()
+static void endForSystem()
 {
     if (board)
         board->close();
@@ -45,7 +43,7 @@ void endForSystem()
 }
 
 /// Install before the first message box: SIGTERM must work there too.
-void listenToSystem()
+static void listenToSystem()
 {
     os::onQuitRequest(endForSystem);
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, saveOpenBoard, Qt::DirectConnection);
@@ -56,7 +54,7 @@ void listenToSystem()
 
 /// Ends the program when the window is closed. It is not deleted here: one of its handlers may be waiting for
 /// an answer.
-void endWith(frmMain *window)
+static void endWith(frmMain *window)
 {
     QObject::connect(window, &frmMain::unloading, qApp, [] {
         saveOpenBoard();
@@ -66,7 +64,7 @@ void endWith(frmMain *window)
 }
 
 /// The folder of the programs' settings folders: "AppData" where that is set, else the desktop's.
-QString settingsBaseFolder()
+static QString settingsBaseFolder()
 {
     const QString appData = qEnvironmentVariable("AppData");
     return appData.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
@@ -74,14 +72,12 @@ QString settingsBaseFolder()
 }
 
 /// The file name of the running program without its extension.
-QString executableName()
+static QString executableName()
 {
     const QString name = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
     // Qt gives no path that is not valid in the locale's encoding.
     return name.isEmpty() ? QCoreApplication::applicationName() : name;
 }
-
-} // namespace
 
 bool DirExists(const QString &path)
 {

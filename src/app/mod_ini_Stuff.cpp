@@ -9,12 +9,10 @@
 
 namespace mod_ini_Stuff {
 
-namespace {
-
 constexpr qsizetype largestFile = 1'048'576;
 
 /// The bytes of a profile, none when there is no file; nothing when it cannot be read.
-std::optional<QByteArray> contentOf(const QString &path)
+static std::optional<QByteArray> contentOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
         return QByteArray();
@@ -25,7 +23,7 @@ std::optional<QByteArray> contentOf(const QString &path)
 }
 
 /// Writes beside the file, syncs and renames.
-bool replaceFile(const QString &path, const QByteArray &content)
+static bool replaceFile(const QString &path, const QByteArray &content)
 {
     QSaveFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
@@ -36,7 +34,7 @@ bool replaceFile(const QString &path, const QByteArray &content)
 /// Writes into the existing file, for a folder in which no new file can be made. When the new bytes do not
 /// fit, the old ones are written back. The file is shortened last: a crash before that leaves the new bytes
 /// followed by the end of the old ones.
-bool overwriteFile(const QString &path, const QByteArray &content, const QByteArray &former)
+static bool overwriteFile(const QString &path, const QByteArray &content, const QByteArray &former)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered))
@@ -47,13 +45,11 @@ bool overwriteFile(const QString &path, const QByteArray &content, const QByteAr
     return file.resize(written ? content.size() : former.size()) && written;
 }
 
-std::optional<QString> valueIn(const QByteArray &content, const QString &section, const QString &key)
+static std::optional<QString> valueIn(const QByteArray &content, const QString &section, const QString &key)
 {
     const auto value = base::findValue(content, section.toLocal8Bit(), key.toLocal8Bit());
     return value ? std::optional(QString::fromLocal8Bit(*value)) : std::nullopt;
 }
-
-} // namespace
 
 QString ReadIni(const QString &file, const QString &section, const QString &key, const QString &defaultText)
 {

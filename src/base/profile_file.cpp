@@ -12,18 +12,20 @@ struct Place
     bool hasSection = false;
 };
 
+} // namespace
+
 /// Some editors begin a UTF-8 file with a byte order mark.
-qsizetype bomSize(QByteArrayView content)
+static qsizetype bomSize(QByteArrayView content)
 {
     return content.startsWith("\xEF\xBB\xBF") ? 3 : 0;
 }
 
-bool sameName(QByteArrayView one, QByteArrayView other)
+static bool sameName(QByteArrayView one, QByteArrayView other)
 {
     return one.trimmed().compare(other.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-Place locate(QByteArrayView content, QByteArrayView section, QByteArrayView key)
+static Place locate(QByteArrayView content, QByteArrayView section, QByteArrayView key)
 {
     Place place{.at = content.size()};
     for (qsizetype start = bomSize(content), next = 0; start < content.size(); start = next) {
@@ -46,7 +48,7 @@ Place locate(QByteArrayView content, QByteArrayView section, QByteArrayView key)
     return place;
 }
 
-QByteArrayView unquoted(QByteArrayView value)
+static QByteArrayView unquoted(QByteArrayView value)
 {
     const bool quoted =
         value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
@@ -54,20 +56,18 @@ QByteArrayView unquoted(QByteArrayView value)
 }
 
 /// A value as it stands in its line, so that it is read back unchanged and cannot become a second line.
-QByteArray inLine(QByteArrayView value)
+static QByteArray inLine(QByteArrayView value)
 {
     const QByteArray text = value.toByteArray().replace('\r', ' ').replace('\n', ' ');
     return unquoted(QByteArrayView(text).trimmed()) == text ? text : '"' + text + '"';
 }
 
-QByteArray lineEndOf(QByteArrayView content)
+static QByteArray lineEndOf(QByteArrayView content)
 {
     const qsizetype lineFeed = content.indexOf('\n');
     const bool bare = lineFeed >= 0 && !content.first(lineFeed).endsWith('\r');
     return bare ? "\n" : "\r\n";
 }
-
-} // namespace
 
 std::optional<QByteArray> findValue(QByteArrayView content, QByteArrayView section, QByteArrayView key)
 {

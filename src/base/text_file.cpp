@@ -7,18 +7,14 @@
 
 namespace base {
 
-namespace {
-
 /// On Unix, 8-bit text that is not UTF-8 is mostly Windows-1252 or Latin-1, whose letters are the same.
-QStringDecoder codePageDecoder()
+static QStringDecoder codePageDecoder()
 {
     if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
         return QStringDecoder(QStringDecoder::System);
     QStringDecoder western("windows-1252");
     return western.isValid() ? std::move(western) : QStringDecoder(QStringDecoder::Latin1);
 }
-
-} // namespace
 
 QString decodedText(const QByteArray &bytes)
 {

@@ -10,8 +10,6 @@
 using controls::DesignRow;
 using controls::Kind;
 
-namespace {
-
 // clang-format off
 constexpr DesignRow design[] = {
     // kind               name                caption              left    top  width height  tab  container
@@ -52,8 +50,6 @@ constexpr int patternHeight = 255;
 
 /// Left edge and width of the three columns of pattern buttons, and of the last button, which is wider.
 constexpr std::pair<int, int> patternColumns[] = {{0, 975}, {1080, 1095}, {2400, 375}, {2280, 495}};
-
-} // namespace
 
 namespace mainDesign {
 

@@ -17,12 +17,8 @@
 
 namespace colors = controls::colors;
 
-namespace {
-
 constexpr double leastFontSize = 5.0; // in points
 constexpr double greatestFontSize = 100.0;
-
-} // namespace
 
 void frmMain::DrawBoards()
 {

@@ -21,15 +21,11 @@
 using controls::pixels;
 using controls::pixelsUp;
 
-namespace {
-
 /// Whether two sizes are the same but for a pixel, as desktops round them to whole device pixels.
-bool isAbout(QSize one, QSize other)
+static bool isAbout(QSize one, QSize other)
 {
     return std::abs(one.width() - other.width()) <= 1 && std::abs(one.height() - other.height()) <= 1;
 }
-
-} // namespace
 
 /// Fits the window to its screen and centres it on the whole of it, but inside the work area. `frame` is what
 /// the desktop puts around the window.

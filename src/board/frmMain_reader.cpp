@@ -13,14 +13,10 @@
 
 using game::spokenLabel;
 
-namespace {
-
-QString listed(const QStringList &texts)
+static QString listed(const QStringList &texts)
 {
     return texts.isEmpty() ? QStringLiteral("none") : texts.join(QStringLiteral(", "));
 }
-
-} // namespace
 
 /// The current number and the count: "N 33, 12 called".
 QString frmMain::stateInWords() const

@@ -16,13 +16,13 @@
 
 namespace controls {
 
-namespace {
-
 /// How large a widget is drawn, by its letters.
-double scaleOf(const QWidget *widget)
+static double scaleOf(const QWidget *widget)
 {
     return widget->font().pointSizeF() / 8.0;
 }
+
+namespace {
 
 /// Fusion, the same on every desktop: no icons on the buttons of message boxes, access keys underlined.
 class HouseStyle : public QProxyStyle
@@ -106,7 +106,9 @@ public:
     }
 };
 
-QPalette lightPalette()
+} // namespace
+
+static QPalette lightPalette()
 {
     const struct
     {
@@ -133,7 +135,7 @@ QPalette lightPalette()
 }
 
 /// The first installed family, or the first. Given several, Qt ranks every font of the system.
-QString firstInstalled(const QStringList &families)
+static QString firstInstalled(const QStringList &families)
 {
     const QStringList installed = QFontDatabase::families();
     for (const QString &family : families) {
@@ -143,7 +145,7 @@ QString firstInstalled(const QStringList &families)
     return families.front();
 }
 
-QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool bold)
+static QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool bold)
 {
     QFont font(family);
     font.setStyleHint(hint);
@@ -155,8 +157,6 @@ QFont fontOf(const QString &family, QFont::StyleHint hint, double points, bool b
         font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
-
-} // namespace
 
 void applyAppearance(QApplication &application)
 {

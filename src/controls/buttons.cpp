@@ -7,14 +7,10 @@
 
 namespace controls {
 
-namespace {
-
-void drawFocus(QPainter &painter, const QRect &rect)
+static void drawFocus(QPainter &painter, const QRect &rect)
 {
     fillFrame(painter, rect.adjusted(1, 1, -1, -1), 2, colors::highlight);
 }
-
-} // namespace
 
 ColorButton::ColorButton(QWidget *parent)
     : QPushButton(parent)

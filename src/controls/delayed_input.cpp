@@ -11,13 +11,11 @@
 
 namespace controls {
 
-namespace {
-
 constexpr std::chrono::milliseconds retryPause(50);
 
 /// Input as it comes from the system, before a window hands it to one of its controls, and the shortcuts that
 /// Qt has already made of it.
-bool isInput(const QObject *receiver, const QEvent *event)
+static bool isInput(const QObject *receiver, const QEvent *event)
 {
     if (event->type() == QEvent::Shortcut)
         return true;
@@ -25,7 +23,7 @@ bool isInput(const QObject *receiver, const QEvent *event)
            event->type() != QEvent::Enter;
 }
 
-bool isClick(const QEvent *event)
+static bool isClick(const QEvent *event)
 {
     return event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
            event->type() == QEvent::MouseButtonDblClick;
@@ -33,7 +31,7 @@ bool isClick(const QEvent *event)
 
 /// Sends a copy of `event`, which is made when it is sent: copies share their position, and a later event of
 /// the same mouse would change it.
-std::function<void()> delivery(const QPointer<QObject> &receiver, const QMouseEvent &event)
+static std::function<void()> delivery(const QPointer<QObject> &receiver, const QMouseEvent &event)
 {
     return [receiver, type = event.type(), place = event.position(), onScreen = event.globalPosition(),
             button = event.button(), buttons = event.buttons(), modifiers = event.modifiers(),
@@ -45,7 +43,7 @@ std::function<void()> delivery(const QPointer<QObject> &receiver, const QMouseEv
     };
 }
 
-std::function<void()> delivery(const QPointer<QObject> &receiver, const QEvent &event)
+static std::function<void()> delivery(const QPointer<QObject> &receiver, const QEvent &event)
 {
     return [receiver, copy = std::shared_ptr<QEvent>(event.clone())] {
         if (receiver)
@@ -54,7 +52,7 @@ std::function<void()> delivery(const QPointer<QObject> &receiver, const QEvent &
 }
 
 /// Waits while a message box is open: the windows under it would take nothing.
-void deliverAll(const std::vector<std::function<void()>> &deliveries)
+static void deliverAll(const std::vector<std::function<void()>> &deliveries)
 {
     if (QApplication::activeModalWidget()) {
         QTimer::singleShot(retryPause, qApp, [deliveries] { deliverAll(deliveries); });
@@ -63,8 +61,6 @@ void deliverAll(const std::vector<std::function<void()>> &deliveries)
     for (const auto &deliver : deliveries)
         deliver();
 }
-
-} // namespace
 
 DelayedInput::DelayedInput()
 {

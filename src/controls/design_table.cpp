@@ -13,16 +13,14 @@
 
 namespace controls {
 
-namespace {
-
 template <class Control>
-Control *withText(Control *control, const QString &text)
+static Control *withText(Control *control, const QString &text)
 {
     control->setText(text);
     return control;
 }
 
-QWidget *makeControl(const DesignRow &row, QWidget *parent)
+static QWidget *makeControl(const DesignRow &row, QWidget *parent)
 {
     const QString caption = QString::fromUtf8(row.caption);
     switch (row.kind) {
@@ -75,8 +73,6 @@ QWidget *makeControl(const DesignRow &row, QWidget *parent)
     }
     Q_UNREACHABLE();
 }
-
-} // namespace
 
 QRect placed(const DesignRow &row, double scale)
 {

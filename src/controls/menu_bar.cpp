@@ -6,15 +6,11 @@
 
 namespace controls {
 
-namespace {
-
 /// Alt alone opens the bar when it is released.
-bool altIsHeld()
+static bool altIsHeld()
 {
     return QApplication::activeWindow() && QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier;
 }
-
-} // namespace
 
 MenuBar::MenuBar(QWidget *window)
     : QMenuBar(window)

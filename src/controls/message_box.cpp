@@ -15,11 +15,9 @@
 
 namespace controls {
 
-namespace {
-
 /// A width that shows the title whole: the desktop writes it in a font of its own, between an icon and three
 /// buttons.
-int titleWidth(const QMessageBox &box)
+static int titleWidth(const QMessageBox &box)
 {
     QFont bold = box.font();
     bold.setBold(true);
@@ -28,7 +26,7 @@ int titleWidth(const QMessageBox &box)
 }
 
 /// A notice, which has no icon, has its text and its button in the middle.
-void layOut(QMessageBox &box)
+static void layOut(QMessageBox &box)
 {
     auto *grid = qobject_cast<QGridLayout *>(box.layout());
     const int columns = grid->columnCount();
@@ -44,7 +42,7 @@ void layOut(QMessageBox &box)
 }
 
 /// Shows a box with an OK button, or with Yes and No, and answers whether it was Yes.
-bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, const QString &title)
+static bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, const QString &title)
 {
     const bool isQuestion = icon == QMessageBox::Question;
     // Closing the owner deletes the box.
@@ -63,8 +61,6 @@ bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, const QStr
         asking->activateWindow(); // where no window manager does it
     return answer == QMessageBox::Yes;
 }
-
-} // namespace
 
 void notice(QWidget *owner, const QString &text)
 {

@@ -7,9 +7,9 @@
 
 namespace controls {
 
-namespace {
-
 constexpr int mostWaiting = 4;
+
+namespace {
 
 /// Qt takes a container for nothing. One with a name is a group, whether it was named before it was first
 /// asked for or after: Qt 6.11 asks earlier than others.
@@ -24,9 +24,11 @@ public:
     }
 };
 
+} // namespace
+
 /// What screen readers take a control for, where Qt tells them something else, as of a display of numbers
 /// that it were a page of text.
-QAccessibleInterface *makeInterface(const QString &className, QObject *object)
+static QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);
     if (className == QStringLiteral("controls::RichTextBox"))
@@ -39,8 +41,6 @@ QAccessibleInterface *makeInterface(const QString &className, QObject *object)
         return new Container(widget);
     return nullptr;
 }
-
-} // namespace
 
 ScreenReader::ScreenReader(QWidget *window)
     : QWidget(window)

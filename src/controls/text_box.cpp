@@ -12,10 +12,8 @@
 
 namespace controls {
 
-namespace {
-
 /// The modifiers that make a command of a key. AltGr makes none; Windows reports it as Ctrl and Alt.
-Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
+static Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers held =
         event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier);
@@ -26,7 +24,7 @@ Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 
 /// The character of a key for its owner: R and P by their place, as the keyboards of most countries have
 /// them, where the key types a letter that is not Latin; else what it types.
-QChar shownCharacter(const QKeyEvent &event)
+static QChar shownCharacter(const QKeyEvent &event)
 {
     const bool isWindows = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows;
     const quint32 place = event.nativeScanCode() - (isWindows ? 0 : 8); // X11 and Wayland count from 8
@@ -36,8 +34,6 @@ QChar shownCharacter(const QKeyEvent &event)
         return u'R';
     return isForeign && place == 25 ? QChar(u'P') : typed;
 }
-
-} // namespace
 
 TextBox::TextBox(QWidget *parent)
     : QLineEdit(parent)

@@ -15,18 +15,16 @@
 
 namespace controls {
 
-namespace {
-
 /// What the desktop puts around a window. It is known of windows on screen only, so it is taken from the
 /// owner.
-QMargins frameOf(const QWidget *window)
+static QMargins frameOf(const QWidget *window)
 {
     const QWindow *owner = window->parentWidget()->window()->windowHandle();
     return owner ? owner->frameMargins() : QMargins();
 }
 
 /// Moves a window that has not been shown yet to the middle of `area`, but inside the work area.
-void centreIn(const QRect &area, QWidget *window)
+static void centreIn(const QRect &area, QWidget *window)
 {
     const QSize outer = window->size().grownBy(frameOf(window));
     moveInside(window, area.center() - QPoint(outer.width() / 2, outer.height() / 2), frameOf(window));
@@ -34,7 +32,7 @@ void centreIn(const QRect &area, QWidget *window)
 
 /// The size in device pixels stays as it is on X11 when the scale changes, and so do the least and greatest
 /// size that the desktop was told. Qt paints only what has another size in its own pixels.
-void refit(QWidget *window)
+static void refit(QWidget *window)
 {
     QWindow *handle = window->windowHandle();
     const QSize least = handle->minimumSize();
@@ -53,8 +51,6 @@ void refit(QWidget *window)
     for (QWidget *part : window->findChildren<QWidget *>())
         part->update();
 }
-
-} // namespace
 
 void makeToolWindow(QWidget *window)
 {

@@ -7,20 +7,18 @@
 
 namespace game {
 
-namespace {
-
 /// Turkish keyboards have two letters I, and neither is that of the alphabet as Unicode folds it.
-bool isColumnLetter(QChar c)
+static bool isColumnLetter(QChar c)
 {
     return QStringView(columnLetters).contains(c, Qt::CaseInsensitive) || c == u'\u0131' || c == u'\u0130';
 }
 
-QString withoutLetter(const QString &entry)
+static QString withoutLetter(const QString &entry)
 {
     return !entry.isEmpty() && isColumnLetter(entry.front()) ? entry.mid(1, 2) : entry;
 }
 
-QString withLatinDigits(QString text)
+static QString withLatinDigits(QString text)
 {
     for (QChar &c : text) {
         if (c.isDigit())
@@ -28,8 +26,6 @@ QString withLatinDigits(QString text)
     }
     return text;
 }
-
-} // namespace
 
 std::optional<int> calledBy(const QString &entry)
 {

@@ -9,9 +9,9 @@
 
 namespace patterns {
 
-namespace {
-
 constexpr int gap = 10; // twips between neighbouring cells
+
+namespace {
 
 /// Where the lines of cells begin in one direction, and how large a cell is, in pixels. Places are rounded,
 /// so the size is that of the closest neighbours: no two cells touch.

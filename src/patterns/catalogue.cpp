@@ -4,8 +4,6 @@
 
 namespace patterns {
 
-namespace {
-
 // clang-format off
 constexpr Pattern table[] = {
     {1, "Bingo", Frames{"X.... .X... ..X.. ...X. ....X",
@@ -64,8 +62,6 @@ constexpr Pattern table[] = {
 // clang-format on
 
 static_assert(std::size(table) == patternCount);
-
-} // namespace
 
 const Pattern &pattern(int id)
 {

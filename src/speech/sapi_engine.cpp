@@ -8,8 +8,6 @@ namespace speech {
 
 using Microsoft::WRL::ComPtr;
 
-namespace {
-
 constexpr char noLoudspeaker[] =
     "Windows has no loudspeaker to speak through. Plug one in, or choose one in its settings for sound.";
 constexpr char voiceFailed[] = "The voice failed. Choose another one in Voice Options.";
@@ -32,7 +30,7 @@ struct
     {0x88890004, noLoudspeaker}, // AUDCLNT_E_DEVICE_INVALIDATED
 };
 
-QString wordsFor(HRESULT result)
+static QString wordsFor(HRESULT result)
 {
     for (const auto &failure : failures) {
         if (failure.result == static_cast<DWORD>(result))
@@ -47,14 +45,14 @@ QString wordsFor(HRESULT result)
                                 "the settings for sound.");
 }
 
-void requireOk(HRESULT result)
+static void requireOk(HRESULT result)
 {
     if (FAILED(result))
         throw base::Error(result, wordsFor(result));
 }
 
 /// What Windows calls a voice; a voice without a description goes by its id.
-QString descriptionOf(ISpObjectToken *token)
+static QString descriptionOf(ISpObjectToken *token)
 {
     wchar_t *text = nullptr;
     if (FAILED(SpGetDescription(token, &text)))
@@ -63,8 +61,6 @@ QString descriptionOf(ISpObjectToken *token)
     CoTaskMemFree(text);
     return description;
 }
-
-} // namespace
 
 std::unique_ptr<SpEngine> makeSystemEngine()
 {

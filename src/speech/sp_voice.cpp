@@ -7,21 +7,17 @@
 
 namespace speech {
 
-namespace {
-
 /// A comma before a digit is a decimal comma in many languages, and makes no pause. With a blank it does.
-QString withPauses(QString text)
+static QString withPauses(QString text)
 {
     static const QRegularExpression comma(QStringLiteral(",(?=\\d)"));
     return text.replace(comma, QStringLiteral(", "));
 }
 
-base::Error noSuchVoice(qsizetype position)
+static base::Error noSuchVoice(qsizetype position)
 {
     return {SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(position + 1)};
 }
-
-} // namespace
 
 SpVoice::SpVoice(QObject *parent)
     // The first window is painted before a service that has to be started competes with it.

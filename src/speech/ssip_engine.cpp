@@ -21,13 +21,11 @@ namespace speech {
 
 using namespace std::chrono_literals;
 
-namespace {
-
 constexpr char listOfVoices[] = "LIST SYNTHESIS_VOICES";
 constexpr auto retryPause = 50ms;
 
 /// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
-QString socketPath()
+static QString socketPath()
 {
     const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
     const QString scheme = QStringLiteral("unix_socket");
@@ -44,14 +42,14 @@ QString socketPath()
 }
 
 /// The program that starts the service; empty where there is none.
-QString serviceCommand()
+static QString serviceCommand()
 {
     return QStandardPaths::findExecutable(
         qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
 }
 
 /// A non-blocking socket connected to the service, or -1 when nobody answers.
-int connectedSocket(const QString &address)
+static int connectedSocket(const QString &address)
 {
     const QByteArray path = QFile::encodeName(address);
     sockaddr_un name{};
@@ -66,7 +64,7 @@ int connectedSocket(const QString &address)
     return -1;
 }
 
-QByteArray loginName()
+static QByteArray loginName()
 {
     const passwd *user = getpwuid(getuid());
     return user ? user->pw_name : "user";
@@ -74,15 +72,13 @@ QByteArray loginName()
 
 /// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
 /// with a point alone ends it all.
-QByteArray dataLines(const QString &text)
+static QByteArray dataLines(const QString &text)
 {
     QByteArray data;
     for (const QString &line : text.split(u'\n'))
         data += (line.startsWith(u'.') ? "." : "") + line.toUtf8().replace('\r', ' ') + "\r\n";
     return data + ".\r\n";
 }
-
-} // namespace
 
 std::unique_ptr<SpEngine> makeSystemEngine()
 {

@@ -9,17 +9,15 @@
 
 namespace os {
 
-namespace {
+static int signalSockets[2]; // the signal handler writes into the first, the event loop reads from the second
 
-int signalSockets[2]; // the signal handler writes into the first, the event loop reads from the second
-
-void wakeEventLoop(int)
+static void wakeEventLoop(int)
 {
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = write(signalSockets[0], &byte, sizeof byte);
 }
 
-void handleUnlessIgnored(int signal)
+static void handleUnlessIgnored(int signal)
 {
     struct sigaction action = {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
@@ -28,8 +26,6 @@ void handleUnlessIgnored(int signal)
     action.sa_flags = SA_RESTART;
     sigaction(signal, &action, nullptr);
 }
-
-} // namespace
 
 void onQuitRequest(std::function<void()> quit)
 {

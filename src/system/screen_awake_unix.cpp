@@ -12,9 +12,7 @@
 
 namespace os {
 
-namespace {
-
-QDBusMessage inhibit(const char *service, const char *path, const QVariantList &arguments)
+static QDBusMessage inhibit(const char *service, const char *path, const QVariantList &arguments)
 {
     const QString name = QString::fromLatin1(service);
     QDBusMessage call =
@@ -24,7 +22,7 @@ QDBusMessage inhibit(const char *service, const char *path, const QVariantList &
     return call;
 }
 
-QDBusMessage inhibitByPortal(const QVariantList &arguments)
+static QDBusMessage inhibitByPortal(const QVariantList &arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
@@ -36,7 +34,7 @@ QDBusMessage inhibitByPortal(const QVariantList &arguments)
 /// What can be called, the next where one fails. GNOME, Plasma, Cinnamon, light-locker and XScreenSaver have
 /// the first (old Plasma the second), Xfce's own screen saver the third, MATE the session manager, a sandbox
 /// the portal alone.
-QList<QDBusMessage> inhibitCalls()
+static QList<QDBusMessage> inhibitCalls()
 {
     const QString program = QCoreApplication::applicationName();
     const QString reason = QStringLiteral("The numbers of a Bingo game are called");
@@ -51,7 +49,7 @@ QList<QDBusMessage> inhibitCalls()
 }
 
 /// The call that ends what `call` was granted with `answer`: a cookie, or the portal's object.
-QDBusMessage endCall(const QDBusMessage &call, const QVariant &answer)
+static QDBusMessage endCall(const QDBusMessage &call, const QVariant &answer)
 {
     if (answer.canConvert<QDBusObjectPath>())
         return QDBusMessage::createMethodCall(call.service(), answer.value<QDBusObjectPath>().path(),
@@ -64,6 +62,8 @@ QDBusMessage endCall(const QDBusMessage &call, const QVariant &answer)
     end.setArguments({answer});
     return end;
 }
+
+namespace {
 
 /// The desktop's part. Services are asked one after the other until one agrees; while an answer is
 /// outstanding only the wish is noted.
@@ -121,8 +121,10 @@ private:
     QDBusMessage m_end; // no call while nothing is granted
 };
 
+} // namespace
+
 /// The X server's part: its own screen saver and the saving of power. The server counts what is suspended.
-void suspendScreenSaver(bool suspend)
+static void suspendScreenSaver(bool suspend)
 {
     if (QGuiApplication::platformName() != QStringLiteral("xcb"))
         return;
@@ -133,8 +135,6 @@ void suspendScreenSaver(bool suspend)
     xcb_discard_reply(display, xcb_screensaver_suspend_checked(display, suspend).sequence);
     xcb_flush(display);
 }
-
-} // namespace
 
 void keepScreenOn(bool on)
 {

@@ -10,17 +10,13 @@
 
 namespace os {
 
-namespace {
-
-xcb_atom_t atom(xcb_connection_t *display, QByteArrayView name)
+static xcb_atom_t atom(xcb_connection_t *display, QByteArrayView name)
 {
     const auto request = xcb_intern_atom(display, false, static_cast<uint16_t>(name.size()), name.data());
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
         xcb_intern_atom_reply(display, request, nullptr), std::free);
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
-
-} // namespace
 
 /// Qt does not set SKIP_TASKBAR for tool windows; when it shows the window it keeps what is set here.
 void keepOffTaskbar(const QWidget *window)

@@ -16,8 +16,6 @@ using controls::DesignRow;
 using controls::Kind;
 using speech::SpVoice;
 
-namespace {
-
 // clang-format off
 constexpr DesignRow design[] = {
     // kind             name       caption         left   top  width height  tab
@@ -32,8 +30,6 @@ constexpr DesignRow design[] = {
 
 constexpr int clientWidth = 6210;
 constexpr int clientHeight = 4545;
-
-} // namespace
 
 frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
     : QWidget(owner, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |

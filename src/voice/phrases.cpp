@@ -8,12 +8,8 @@
 
 namespace voice {
 
-namespace {
-
 constexpr std::array<QStringView, game::columnCount> letterWords{u"Bee, ", u"Eye, ", u"En, ", u"Gee, ",
                                                                  u"Oh, "};
-
-} // namespace
 
 QString firstPhrase(int n)
 {

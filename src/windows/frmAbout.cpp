@@ -14,8 +14,6 @@ using controls::control;
 using controls::DesignRow;
 using controls::Kind;
 
-namespace {
-
 constexpr int clientWidth = 4680; // twips
 constexpr int clientHeight = 3795;
 
@@ -39,8 +37,6 @@ constexpr struct { const char *name; double points; } fonts[] = {
     {"Label1", 12.0}, {"Label2", 12.0}, {"Label3", 9.75},
 };
 // clang-format on
-
-} // namespace
 
 frmAbout::frmAbout(QWidget *owner)
     : QWidget(owner)

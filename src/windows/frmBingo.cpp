@@ -17,8 +17,6 @@ namespace colors = controls::colors;
 using controls::DesignRow;
 using controls::Kind;
 
-namespace {
-
 // clang-format off
 constexpr DesignRow design[] = {
     // kind          name     caption  left   top  width height  tab
@@ -42,8 +40,6 @@ constexpr int lastStep = 6;
 constexpr QRgb cyan = 0xFF00FFFF;
 constexpr controls::RichTextBox::Range lineBreak{0, 1};
 constexpr controls::RichTextBox::Range word{1, 5};
-
-} // namespace
 
 frmBingo::frmBingo(QWidget *owner)
     : QWidget(owner, QGuiApplication::platformName().startsWith(QLatin1String("wayland"))

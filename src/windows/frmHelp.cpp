@@ -18,14 +18,12 @@
 
 #include <memory>
 
-namespace {
-
 // The client area, in twips.
 constexpr int clientWidth = 8160;
 constexpr int clientHeight = 7245;
 
 /// Qt's own dialog shows these fields whatever its option says; that of Windows has no such children.
-void hidePageRange(const QPrintDialog *dialog)
+static void hidePageRange(const QPrintDialog *dialog)
 {
     const auto *box = dialog->findChild<QWidget *>(QStringLiteral("gbPrintRange"));
     for (const char *name : {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
@@ -36,7 +34,7 @@ void hidePageRange(const QPrintDialog *dialog)
 
 /// Lets the user choose a printer, set up for printing; null when the dialog was cancelled. It returns a
 /// printer to draw on and has no page-range fields: flags 256 and 8.
-std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
+static std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
 {
     auto printer = std::make_unique<QPrinter>();
     const QPointer dialog = new QPrintDialog(printer.get(), owner); // closing the owner deletes it
@@ -50,8 +48,6 @@ std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
     delete dialog;
     return chosen ? std::move(printer) : nullptr;
 }
-
-} // namespace
 
 frmHelp::frmHelp(const QString &folder, QWidget *owner)
     : QMainWindow(owner)
