@@ -1,45 +1,33 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "buttons.h"
 #include "catalogue.h"
-#include "combo_box.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"
 #include "frmVoices.h"
-#include "label.h"
-#include "menu_bar.h"
-#include "rich_text_box.h"
 #include "screen_awake.h"
-#include "screen_reader.h"
 #include "sp_voice.h"
-#include "text_box.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <map>
 #include <utility>
 
 using controls::control;
 
-frmMain::frmMain(voice::VoiceChoice &voice, QWidget *parent)
-    : QMainWindow(parent)
-    , m_announcement(voice)
+frmMain::frmMain(voice::VoiceChoice &voice)
+    : m_announcement(voice)
     , m_voiceChoice(voice)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral(VELLOMIR_NAME));
-    m_reader = new controls::ScreenReader(this);
     buildMenus();
-    buildControls();
-    setUpDisplays();
+    setCentralWidget(m_client);
+    buildPatternButtons();
+    setUpControls();
+    nameControls();
     setTabOrderOfDesign();
-    Timer1 = buildTimer("Timer1", 100);
-    Timer2 = buildTimer("Timer2", 1000);
-    m_naming = buildTimer("naming", 100);
     m_naming->setSingleShot(true);
-    m_afterCall = buildTimer("afterCall", 30 * 60 * 1000);
     m_afterCall->setSingleShot(true);
     wire();
     Form_Load();
@@ -51,55 +39,58 @@ frmMain::~frmMain()
     m_menuBar->disconnect(this); // from here on the focus moves without the game
 }
 
-void frmMain::buildControls()
+QWidget *frmMain::buildClient()
 {
-    m_client = new QWidget(this);
-    m_client->setObjectName(QStringLiteral("client"));
-    setCentralWidget(m_client);
-    controls::buildDesign(mainDesign::rows(), m_client);
-    findControls();
-    fillBoxes();
-    nameControls();
+    auto *client = new QWidget(this);
+    client->setObjectName(QStringLiteral("client"));
+    controls::buildDesign(mainDesign::rows(), client);
+    return client;
+}
+
+void frmMain::buildPatternButtons()
+{
     for (int i = 1; i <= patterns::patternCount; ++i) {
         QWidget *button = controls::buildControl(mainDesign::patternButton(i), m_client);
         button->setObjectName(QStringLiteral("cDemoButt(%1)").arg(i));
         cDemoButt[i] = static_cast<QPushButton *>(button);
     }
-    cPause->setEnabled(false);
-    Text1->setSeeThrough(true);
-    // Keys act as they are pressed. An input method would hold R back, or make another letter of it.
-    Text1->setAttribute(Qt::WA_InputMethodEnabled, false);
-    Text1->raise();
 }
 
-void frmMain::findControls()
-{
-    cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
-    RTB1 = control<controls::RichTextBox>(m_client, "RTB1");
-    RTB2 = control<controls::RichTextBox>(m_client, "RTB2");
-    RTB3 = control<controls::RichTextBox>(m_client, "RTB3");
-    RTB4 = control<controls::RichTextBox>(m_client, "RTB4");
-    RTB5 = control<controls::RichTextBox>(m_client, "RTB5");
-    lblCallCnt = control<controls::Label>(m_client, "lblCallCnt");
-    lblAutoCall = control<controls::Label>(m_client, "lblAutoCall");
-    Text1 = control<controls::TextBox>(m_client, "Text1");
-    iFontSize = control<controls::ComboBox>(m_client, "iFontSize");
-    cboSec = control<controls::ComboBox>(m_client, "cboSec");
-    cmdClear = control<QPushButton>(m_client, "cmdClear");
-    cRandNum = control<QPushButton>(m_client, "cRandNum");
-    cPause = control<QPushButton>(m_client, "cPause");
-    cBingo = control<QPushButton>(m_client, "cBingo");
-    chkAutoCall = control<QCheckBox>(m_client, "chkAutoCall");
-    chkMakeVoiceCall = control<QCheckBox>(m_client, "chkMakeVoiceCall");
-}
-
-void frmMain::fillBoxes()
+void frmMain::setUpControls()
 {
     for (const int size : {20, 22, 24, 28, 30, 32, 34, 36, 38, 40, 42, 44, 46, 48, 50, 52})
         iFontSize->addItem(QString::number(size));
     iFontSize->setEditText(QString::fromLatin1(mainDesign::row("iFontSize").caption));
     for (const int seconds : {5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 18, 20})
         cboSec->addItem(QString::number(seconds));
+
+    cPause->setEnabled(false);
+    Text1->setSeeThrough(true);
+    // Keys act as they are pressed. An input method would hold R back, or make another letter of it.
+    Text1->setAttribute(Qt::WA_InputMethodEnabled, false);
+    Text1->raise();
+
+    RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    RTB2->setLineWrapMode(QTextEdit::NoWrap); // a board that is too wide scrolls
+    RTB1->followScrolling(RTB2);
+    RTB4->setWordWrapMode(QTextOption::WordWrap);
+}
+
+void frmMain::BuildButts()
+{
+    cButt[1] = control<controls::ColorButton>(m_client, "cButt(1)");
+    for (int n = 1; n <= game::numberCount; ++n) {
+        if (n > 1) {
+            cButt[n] = new controls::ColorButton(m_client);
+            cButt[n]->setObjectName(QStringLiteral("cButt(%1)").arg(n));
+            cButt[n]->setText(QString::number(n));
+            controls::place(cButt[n], mainDesign::numberButton(n), m_scale);
+            setTabOrder(cButt[n - 1], cButt[n]);
+        }
+        connect(cButt[n], &QPushButton::clicked, this, [this, n] { cButt_Click(n); });
+        markNumber(n, false);
+    }
 }
 
 /// Names what has no caption of its own, for screen readers.
@@ -134,7 +125,6 @@ void frmMain::buildMenus()
         made->setObjectName(QString::fromLatin1(name));
         return made;
     };
-    m_menuBar = new controls::MenuBar(this);
     setMenuBar(m_menuBar);
     QMenu *mnuFile = menu("mnuFile", "File");
     mnuSpeak = item(mnuFile, "mnuSpeak", "Voice Options");
@@ -154,17 +144,6 @@ QTimer *frmMain::buildTimer(const char *name, int milliseconds)
     timer->setInterval(milliseconds);
     timer->setTimerType(Qt::PreciseTimer); // a coarse timer drifts by seconds in an evening
     return timer;
-}
-
-void frmMain::setUpDisplays()
-{
-    for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
-        display->setBackColor(controls::colors::buttonFace);
-    RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    RTB2->setLineWrapMode(QTextEdit::NoWrap); // a board that is too wide scrolls
-    RTB1->followScrolling(RTB2);
-    RTB4->setWordWrapMode(QTextOption::WordWrap);
 }
 
 void frmMain::setTabOrderOfDesign()

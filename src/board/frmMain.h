@@ -1,37 +1,28 @@
 #pragma once
 
 #include "announcement.h"
+#include "buttons.h"
 #include "card.h"
+#include "combo_box.h"
+#include "design_table.h"
+#include "menu_bar.h"
+#include "rich_text_box.h"
+#include "screen_reader.h"
+#include "text_box.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
-#include <QPushButton>
-
-#include <vector>
+#include <QTimer>
 
 #include <optional>
+#include <vector>
 
-class QAction;
-class QTimer;
 class frmAbout;
 class frmBingo;
 class frmHelp;
 class frmVoices;
-
-namespace controls {
-class ScreenReader;
-class ColorButton;
-class ComboBox;
-class Label;
-class MenuBar;
-class RichTextBox;
-class TextBox;
-} // namespace controls
-
-namespace base {
-struct Error;
-} // namespace base
 
 /// The caller's board: the record of the game and the window that shows it. Everything that changes the game
 /// is a member of this class; the sections below are named after the files that hold their members.
@@ -45,32 +36,33 @@ class frmMain : public QMainWindow
     // ---- board/frmMain.cpp: making the window ----------------------------------------------------
 public:
     /// `voice` is what the voice options window chooses; it must outlive the window.
-    explicit frmMain(voice::VoiceChoice &voice, QWidget *parent = nullptr);
+    explicit frmMain(voice::VoiceChoice &voice);
     ~frmMain() override;
+    void BuildButts();
 
 private:
-    void buildControls();
-    void findControls();
-    void fillBoxes();
+    QWidget *buildClient();
+    void buildPatternButtons();
+    void setUpControls();
     void nameControls();
     void buildMenus();
     QTimer *buildTimer(const char *name, int milliseconds);
-    void setUpDisplays();
     void setTabOrderOfDesign();
 
-    QWidget *m_client = nullptr;
-    controls::MenuBar *m_menuBar = nullptr;
-    controls::Label *lblCallCnt = nullptr;
-    controls::Label *lblAutoCall = nullptr;
-    controls::TextBox *Text1 = nullptr;
-    controls::ComboBox *iFontSize = nullptr;
-    controls::ComboBox *cboSec = nullptr;
-    QPushButton *cmdClear = nullptr;
-    QPushButton *cRandNum = nullptr;
-    QPushButton *cPause = nullptr;
-    QPushButton *cBingo = nullptr;
-    QCheckBox *chkAutoCall = nullptr;
-    QCheckBox *chkMakeVoiceCall = nullptr;
+    controls::ScreenReader *m_reader = new controls::ScreenReader(this);
+    controls::MenuBar *m_menuBar = new controls::MenuBar(this);
+    QWidget *m_client = buildClient();
+    QLabel *lblCallCnt = controls::control<QLabel>(m_client, "lblCallCnt");
+    QLabel *lblAutoCall = controls::control<QLabel>(m_client, "lblAutoCall");
+    controls::TextBox *Text1 = controls::control<controls::TextBox>(m_client, "Text1");
+    controls::ComboBox *iFontSize = controls::control<controls::ComboBox>(m_client, "iFontSize");
+    controls::ComboBox *cboSec = controls::control<controls::ComboBox>(m_client, "cboSec");
+    QPushButton *cmdClear = controls::control<QPushButton>(m_client, "cmdClear");
+    QPushButton *cRandNum = controls::control<QPushButton>(m_client, "cRandNum");
+    QPushButton *cPause = controls::control<QPushButton>(m_client, "cPause");
+    QPushButton *cBingo = controls::control<QPushButton>(m_client, "cBingo");
+    QCheckBox *chkAutoCall = controls::control<QCheckBox>(m_client, "chkAutoCall");
+    QCheckBox *chkMakeVoiceCall = controls::control<QCheckBox>(m_client, "chkMakeVoiceCall");
     QAction *mnuSpeak = nullptr;
     QAction *mnuShaddow = nullptr;
     QAction *mnuExit = nullptr;
@@ -79,12 +71,15 @@ private:
 
     // ---- board/frmMain_wiring.cpp: every road into the window ------------------------------------
     void wire();
+    void wireGame();
+    void wireMenus();
+    void wireScreenReader();
 
     // ---- board/frmMain_lifecycle.cpp: load and unload, and what start-up puts into the window ----
 public:
     /// The texts of the two settings, as they stand in `iFontSize` and `cboSec`.
-    QString fontSizeText() const;
-    QString intervalText() const;
+    QString fontSizeText() const { return iFontSize->currentText(); }
+    QString intervalText() const { return cboSec->currentText(); }
     /// Puts stored settings into the two boxes. An interval that is no entry of `cboSec` changes nothing.
     void applySettings(const QString &fontSize, const QString &interval);
     /// Empties the five displays and the countdown's label of what the design shows in them.
@@ -123,13 +118,6 @@ private:
     bool m_isRefitDue = false; // the screen changed while the window was maximized or minimized
     bool m_isPlaced = false;   // once, when the window was shown for the first time
 
-    // ---- board/frmMain_buttons.cpp: the 75 number buttons ----------------------------------------
-public:
-    void BuildButts();
-
-private:
-    game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
-
     // ---- board/frmMain_calls.cpp: the record of the game: calls, un-calls, draws and clears ------
 public:
     /// Calls number Index (1 to 75), or, when it counts as called, un-calls it after a question.
@@ -147,6 +135,7 @@ private:
     void unmarkAll();
     void setCount(int count);
 
+    game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
     game::FromOne<bool, game::numberCount> iCalled{}; // called, or shadowed by the pattern
     game::FromOne<int, 5> iLastCalls{};               // the newest first; 0 an empty slot
     int iCallCnt = 0;                                 // the calls since the last clear
@@ -167,11 +156,11 @@ private:
     void redrawBoard();
 
     double m_fontSize = 33.0; // in points, of what is drawn
-    controls::RichTextBox *RTB1 = nullptr;
-    controls::RichTextBox *RTB2 = nullptr;
-    controls::RichTextBox *RTB3 = nullptr;
-    controls::RichTextBox *RTB4 = nullptr;
-    controls::RichTextBox *RTB5 = nullptr;
+    controls::RichTextBox *RTB1 = controls::control<controls::RichTextBox>(m_client, "RTB1");
+    controls::RichTextBox *RTB2 = controls::control<controls::RichTextBox>(m_client, "RTB2");
+    controls::RichTextBox *RTB3 = controls::control<controls::RichTextBox>(m_client, "RTB3");
+    controls::RichTextBox *RTB4 = controls::control<controls::RichTextBox>(m_client, "RTB4");
+    controls::RichTextBox *RTB5 = controls::control<controls::RichTextBox>(m_client, "RTB5");
 
     // ---- board/frmMain_entry.cpp: numbers and commands typed into Text1 --------------------------
     void Text1_KeyPress(int &KeyAscii);
@@ -189,22 +178,19 @@ private:
     bool m_isTick = false;     // a tick of the countdown is running, and no action of the user
     bool m_focusIsDue = false; // for focusByRule, when the keyboard leaves the menu bar
 
-    // ---- board/frmMain_countdown.cpp: automatic calling, pause and play --------------------------
+    // ---- board/frmMain_countdown.cpp: automatic calling, pause and play; the screen stays on -----
     void chkAutoCall_Click();
     void cPause_Click();
     void Timer2_Timer();
     enum class AutoCall { Off, Running, Paused };
     /// The one writer of the timer, the pause button and its caption, which always agree.
     void setAutoCall(AutoCall state);
-
-    int iAutoCallLeft = 0;    // ticks to the next automatic draw
-    QTimer *Timer2 = nullptr; // runs while numbers are called automatically and not paused
-
-    // ---- board/frmMain_screen.cpp: the screen stays on while numbers are called ------------------
-    bool needsScreen() const;
+    /// Keeps the screen on while numbers are called automatically, and for 30 minutes after each call.
     void keepScreenOn();
 
-    QTimer *m_afterCall = nullptr; // runs for 30 minutes from each call
+    int iAutoCallLeft = 0;                       // ticks to the next automatic draw
+    QTimer *Timer2 = buildTimer("Timer2", 1000); // runs while numbers are called automatically and not paused
+    QTimer *m_afterCall = buildTimer("afterCall", 30 * 60 * 1000); // runs from each call
 
     // ---- board/frmMain_speech.cpp: announcing a call, and reporting a failure --------------------
     void chkMakeVoiceCall_Click(bool checked);
@@ -225,8 +211,7 @@ private:
     void nameSoon();
     void nameByState(int most);
 
-    controls::ScreenReader *m_reader = nullptr;
-    QTimer *m_naming = nullptr;
+    QTimer *m_naming = buildTimer("naming", 100);
 
     // ---- board/frmMain_patterns.cpp: the pattern card; selection, animation, shadow of a pattern -
 public:
@@ -246,7 +231,7 @@ private:
     int iCurPattern = 0;   // 0 for none
     int iPatternFrame = 1; // what the next tick draws
     game::FromOne<QPushButton *, patterns::patternCount> cDemoButt{};
-    QTimer *Timer1 = nullptr;
+    QTimer *Timer1 = buildTimer("Timer1", 100);
 
     // ---- board/frmMain_windows.cpp: the windows beside this one ----------------------------------
     void mnuSpeak_Click();

@@ -1,17 +1,11 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "buttons.h"
 #include "draw.h"
-#include "label.h"
 #include "message_box.h"
 #include "numbers.h"
-#include "rich_text_box.h"
-#include "screen_reader.h"
-#include "text_box.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 void frmMain::cButt_Click(int Index)
 {
@@ -109,6 +103,5 @@ void frmMain::unmarkAll()
 void frmMain::setCount(int count)
 {
     iCallCnt = count;
-    lblCallCnt->setCaption(QStringLiteral("Balls Called: %1").arg(iCallCnt));
-    lblCallCnt->repaint();
+    controls::setCaption(lblCallCnt, QStringLiteral("Balls Called: %1").arg(iCallCnt));
 }

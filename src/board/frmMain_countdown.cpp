@@ -1,14 +1,10 @@
 #include "frmMain.h"
 
-#include "combo_box.h"
-#include "label.h"
-#include "menu_bar.h"
+#include "screen_awake.h"
 #include "sp_voice.h"
-#include "text_box.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>
-#include <QTimer>
 
 void frmMain::chkAutoCall_Click()
 {
@@ -37,8 +33,7 @@ void frmMain::setAutoCall(AutoCall state)
     cPause->setEnabled(state != AutoCall::Off);
     cPause->setText(runs ? QStringLiteral("Pause") : QStringLiteral("Play"));
     if (!runs) // else the next tick writes it
-        lblAutoCall->setCaption(state == AutoCall::Paused ? QStringLiteral("Paused") : QString());
-    lblAutoCall->repaint();
+        controls::setCaption(lblAutoCall, state == AutoCall::Paused ? QStringLiteral("Paused") : QString());
     keepScreenOn();
     sayAutoCall();
 }
@@ -60,6 +55,11 @@ void frmMain::Timer2_Timer()
     }
     if (!Timer2->isActive())
         return; // paused or switched off while a box of the draw was open
-    lblAutoCall->setCaption(QStringLiteral("Auto Call In : %1").arg(iAutoCallLeft));
-    lblAutoCall->repaint();
+    controls::setCaption(lblAutoCall, QStringLiteral("Auto Call In : %1").arg(iAutoCallLeft));
+}
+
+/// Between two calls of a game the caller may talk for long without touching anything.
+void frmMain::keepScreenOn()
+{
+    os::keepScreenOn(Timer2->isActive() || m_afterCall->isActive());
 }

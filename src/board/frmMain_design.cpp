@@ -39,11 +39,10 @@ constexpr DesignRow design[] = {
     {Kind::Display,       "RTB2",             "",                   720,  2865, 18315,  7095,   4},
 };
 
-/// The pattern buttons' indexes in their tab order.
-constexpr int patternTabs[] = {2, 1, 4, 5, 6, 3, 8, 9, 7, 10, 11, 12, 13, 14, 17, 19, 20, 21, 18, 16, 15};
+/// The pattern buttons' places in the tab order.
+constexpr int patternTabs[] = {14, 13, 18, 15, 16, 17, 21, 19, 20, 22, 23, 24, 25, 26, 33, 32, 27, 31, 28, 29, 30};
 // clang-format on
 
-constexpr int firstPatternTab = 13;
 constexpr int patternRows = 7;
 constexpr int patternPitch = 340;
 constexpr int patternHeight = 255;
@@ -78,8 +77,6 @@ DesignRow patternButton(int index)
 {
     const int place = index - 1;
     const auto [left, width] = patternColumns[index == patterns::patternCount ? 3 : place / patternRows];
-    const auto tab =
-        std::find(std::begin(patternTabs), std::end(patternTabs), index) - std::begin(patternTabs);
     return {.kind = Kind::PushButton,
             .name = "cDemoButt",
             .caption = patterns::pattern(index).caption,
@@ -87,7 +84,7 @@ DesignRow patternButton(int index)
             .top = patternPitch * (place % patternRows),
             .width = width,
             .height = patternHeight,
-            .tab = firstPatternTab + static_cast<int>(tab),
+            .tab = patternTabs[place],
             .container = "Frame2"};
 }
 

@@ -1,14 +1,9 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "combo_box.h"
-#include "design_table.h"
 #include "frmMain_design.h"
 #include "numbers.h"
 #include "numeric.h"
-#include "rich_text_box.h"
-#include "screen_reader.h"
-#include "text_box.h"
 
 #include <QFontMetrics>
 #include <QTextCursor>
@@ -34,7 +29,7 @@ void frmMain::setDisplayFonts()
     const std::pair<controls::RichTextBox *, double> sizes[] = {
         {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}}; // in points
     for (const auto &[display, points] : sizes)
-        display->setBaseFont(controls::displayFont(points * m_scale));
+        display->setFont(controls::displayFont(points * m_scale));
     RTB2->dropNeedlessBars();
     drawLetters();
     drawButtonLetters();
@@ -44,9 +39,7 @@ void frmMain::setDisplayFonts()
 /// the width for them.
 void frmMain::drawLetters()
 {
-    RTB1->setText(game::letterColumn(2));
-    RTB1->setAlignment(RTB1->all(), Qt::AlignHCenter);
-    RTB1->setColor(RTB1->all(), colors::blue);
+    RTB1->setText(game::letterColumn(2), colors::blue, Qt::AlignHCenter);
     const int letter = QFontMetrics(RTB1->font(), RTB1).horizontalAdvance(u'B');
     if (letter > RTB1->contentsRect().width())
         RTB1->setLetterWidth(RTB1->all(), 100 * RTB1->contentsRect().width() / letter);
@@ -57,10 +50,8 @@ void frmMain::drawLetters()
 void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
-    RTB5->setText(game::letterColumn(1));
+    RTB5->setText(game::letterColumn(1), colors::blue, Qt::AlignHCenter);
     RTB5->setFontSize(RTB5->all(), 17.0 * m_scale);
-    RTB5->setAlignment(RTB5->all(), Qt::AlignHCenter);
-    RTB5->setColor(RTB5->all(), colors::blue);
     RTB5->setLineHeight(controls::pixels(pitch, m_scale));
 }
 
@@ -82,10 +73,7 @@ void frmMain::EditBoard()
 
 void frmMain::editLastPress(int iButt)
 {
-    RTB3->setText(game::currentLabel(iButt));
-    RTB3->setAlignment(RTB3->all(), Qt::AlignHCenter);
-    RTB3->setColor(RTB3->all(), colors::red);
-    RTB3->showStart();
+    RTB3->setText(game::currentLabel(iButt), colors::red, Qt::AlignHCenter);
 
     std::copy_backward(iLastCalls.begin(), iLastCalls.end() - 1, iLastCalls.end());
     iLastCalls[1] = iButt;
@@ -93,8 +81,7 @@ void frmMain::editLastPress(int iButt)
     QString past;
     for (int k = 2; k <= 5; ++k)
         past += game::pastEntry(iLastCalls[k]) + u' ';
-    RTB4->setText(past);
-    RTB4->setColor(RTB4->all(), colors::black);
+    RTB4->setText(past, colors::black);
     describeCalls();
 }
 

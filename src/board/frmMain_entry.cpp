@@ -1,10 +1,6 @@
 #include "frmMain.h"
 
 #include "entry.h"
-#include "screen_reader.h"
-#include "text_box.h"
-
-#include <QPushButton>
 
 void frmMain::Text1_KeyPress(int &KeyAscii)
 {

@@ -1,11 +1,5 @@
 #include "frmMain.h"
 
-#include "combo_box.h"
-#include "menu_bar.h"
-#include "text_box.h"
-
-#include <QTimer>
-
 /// Empties the entry box and gives it the focus, ready for the next number.
 void frmMain::returnToEntry()
 {

@@ -1,16 +1,12 @@
 #include "frmMain.h"
 
 #include "appearance.h"
-#include "buttons.h"
-#include "design_table.h"
 #include "frmBingo.h"
 #include "frmMain_design.h"
-#include "rich_text_box.h"
 #include "tool_window.h"
 
 #include <QApplication>
 #include <QEvent>
-#include <QMenuBar>
 #include <QScreen>
 #include <QWindow>
 

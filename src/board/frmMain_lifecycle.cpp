@@ -1,10 +1,7 @@
 #include "frmMain.h"
 
-#include "combo_box.h"
 #include "frmBingo.h"
 #include "frmVoices.h"
-#include "label.h"
-#include "rich_text_box.h"
 #include "sp_voice.h"
 
 #include <QCloseEvent>
@@ -40,16 +37,6 @@ void frmMain::Form_Unload()
     Q_EMIT unloading();
 }
 
-QString frmMain::fontSizeText() const
-{
-    return iFontSize->currentText();
-}
-
-QString frmMain::intervalText() const
-{
-    return cboSec->currentText();
-}
-
 void frmMain::applySettings(const QString &fontSize, const QString &interval)
 {
     iFontSize->setEditText(fontSize);
@@ -60,7 +47,7 @@ void frmMain::applySettings(const QString &fontSize, const QString &interval)
 
 void frmMain::clearDisplays()
 {
-    lblAutoCall->setCaption({});
+    controls::setCaption(lblAutoCall, {});
     for (controls::RichTextBox *display : {RTB1, RTB2, RTB3, RTB4, RTB5})
         display->setText({});
     describeBoard();

@@ -1,13 +1,7 @@
 #include "frmMain.h"
 
-#include "buttons.h"
 #include "frmMain_design.h"
-#include "screen_reader.h"
 #include "sp_voice.h"
-#include "text_box.h"
-
-#include <QAction>
-#include <QTimer>
 
 using patterns::Pattern;
 using patterns::pattern;

@@ -1,15 +1,6 @@
 #include "frmMain.h"
 
-#include "buttons.h"
-#include "combo_box.h"
-#include "design_table.h"
-#include "label.h"
 #include "numbers.h"
-#include "rich_text_box.h"
-#include "screen_reader.h"
-
-#include <QAction>
-#include <QTimer>
 
 using game::spokenLabel;
 

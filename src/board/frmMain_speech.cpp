@@ -2,7 +2,6 @@
 
 #include "error.h"
 #include "message_box.h"
-#include "text_box.h"
 
 void frmMain::chkMakeVoiceCall_Click(bool checked)
 {

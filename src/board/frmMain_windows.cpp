@@ -4,13 +4,9 @@
 #include "frmBingo.h"
 #include "frmHelp.h"
 #include "frmVoices.h"
-#include "screen_reader.h"
-#include "text_box.h"
 #include "tool_window.h"
 
 #include <QCoreApplication>
-#include <QMenuBar>
-#include <QTimer>
 
 #include <utility>
 

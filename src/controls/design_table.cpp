@@ -3,11 +3,11 @@
 #include "appearance.h"
 #include "buttons.h"
 #include "combo_box.h"
-#include "label.h"
 #include "rich_text_box.h"
 #include "text_box.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QListWidget>
 #include <QSlider>
 
@@ -25,11 +25,13 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
     const QString caption = QString::fromUtf8(row.caption);
     switch (row.kind) {
     case Kind::Label:
-        return withText(new Label(parent), caption);
     case Kind::CentredLabel: {
-        auto *label = withText(new Label(parent), caption);
-        label->setAlignment(Qt::AlignHCenter);
-        label->setMinimumWidth(placed(row).width());
+        auto *label = new QLabel(caption, parent);
+        label->setTextFormat(Qt::PlainText);
+        if (row.kind == Kind::CentredLabel) {
+            label->setAlignment(Qt::AlignHCenter);
+            label->setMinimumWidth(placed(row).width());
+        }
         return label;
     }
     case Kind::PushButton: {
@@ -86,6 +88,13 @@ void place(QWidget *control, const DesignRow &row, double scale)
     control->setGeometry(placed(row, scale));
     if (row.kind == Kind::Label || row.kind == Kind::CentredLabel)
         control->adjustSize();
+}
+
+void setCaption(QLabel *label, const QString &caption)
+{
+    label->setText(caption);
+    label->adjustSize();
+    label->repaint();
 }
 
 QWidget *buildControl(const DesignRow &row, QWidget *client)

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <span>
 
+class QLabel;
+
 /// A window's design as data: one row a control, from which the controls are made.
 namespace controls {
 
@@ -60,6 +62,9 @@ QRect placed(const DesignRow &row, double scale = 1.0);
 
 /// Gives a control that was made from `row` its place and size.
 void place(QWidget *control, const DesignRow &row, double scale);
+
+/// Gives a label a caption and the size of that, and shows it at once.
+void setCaption(QLabel *label, const QString &caption);
 
 /// Makes one control in `client`, or in the container that the row names, with its name as its objectName.
 QWidget *buildControl(const DesignRow &row, QWidget *client);

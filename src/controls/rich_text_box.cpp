@@ -28,17 +28,27 @@ RichTextBox::RichTextBox(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(0);
+    QPalette face = palette();
+    face.setColor(QPalette::Base, colors::buttonFace);
+    setPalette(face);
 }
 
-void RichTextBox::setText(const QString &text)
+void RichTextBox::setText(const QString &text, const QColor &color, Qt::Alignment alignment)
 {
-    // New text takes the format of the place that it is put into, so that place is made plain first.
-    setPlainText({});
-    QTextCursor start(document());
-    start.setBlockFormat({});
-    start.setBlockCharFormat({});
-    setTextCursor(start);
-    setPlainText(text);
+    QTextBlockFormat lines;
+    lines.setAlignment(alignment);
+    QTextCharFormat letters;
+    if (color.isValid())
+        letters.setForeground(color);
+    QTextCursor edit(document());
+    edit.beginEditBlock(); // laid out once
+    edit.select(QTextCursor::Document);
+    edit.removeSelectedText();
+    edit.setBlockFormat(lines);
+    edit.setBlockCharFormat({});
+    edit.insertText(text, letters);
+    edit.endEditBlock();
+    showStart();
 }
 
 RichTextBox::Range RichTextBox::all() const
@@ -118,20 +128,6 @@ QRgb RichTextBox::colorAt(int position) const
 {
     const QBrush brush = cursorOver({position, 1}).charFormat().foreground();
     return brush.style() == Qt::NoBrush ? colors::black : brush.color().rgb();
-}
-
-void RichTextBox::setBaseFont(const QFont &font)
-{
-    setFont(font);
-    if (document()->defaultFont() != font)
-        document()->setDefaultFont(font);
-}
-
-void RichTextBox::setBackColor(QRgb color)
-{
-    QPalette colors = palette();
-    colors.setColor(QPalette::Base, color);
-    setPalette(colors);
 }
 
 void RichTextBox::dropNeedlessBars()

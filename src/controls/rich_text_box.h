@@ -4,8 +4,8 @@
 
 namespace controls {
 
-/// A display of styled text, which the user can neither change nor select. Tab gives it the focus, a click
-/// does not.
+/// A display of styled text on button face, which the user can neither change nor select. Tab gives it the
+/// focus, a click does not. Its font is that of all text for which setFontSize set no other size.
 class RichTextBox : public QTextEdit
 {
     Q_OBJECT
@@ -20,8 +20,9 @@ public:
 
     explicit RichTextBox(QWidget *parent = nullptr);
 
-    /// Replaces the text; it is black, aligned left and in the box's own font.
-    void setText(const QString &text);
+    /// Replaces the text, of which the beginning is shown; it is in the box's own font. Without a colour it
+    /// is black, and grey while the box is disabled.
+    void setText(const QString &text, const QColor &color = {}, Qt::Alignment alignment = Qt::AlignLeft);
     Range all() const;
 
     void setColor(Range range, QRgb color);
@@ -35,10 +36,6 @@ public:
     void setLineHeight(int pixels);
     /// The colour of the character at `position`; black where nothing else was set.
     QRgb colorAt(int position) const;
-
-    /// Sets the font of the text; where setFontSize set a size, that stays.
-    void setBaseFont(const QFont &font);
-    void setBackColor(QRgb color);
 
     /// Takes away scroll bars that are only there because each takes the other's room.
     void dropNeedlessBars();

@@ -2,11 +2,11 @@
 
 #include "appearance.h"
 #include "design_table.h"
-#include "label.h"
 #include "publisher.h"
 #include "tool_window.h"
 
 #include <QDesktopServices>
+#include <QLabel>
 #include <QPushButton>
 #include <QUrl>
 
@@ -52,7 +52,7 @@ void frmAbout::buildControls()
     controls::buildDesign(design, this);
     setFixedSize(controls::pixels(clientWidth), controls::pixels(clientHeight));
     for (const auto &[name, points] : fonts) {
-        auto *label = control<controls::Label>(this, name);
+        auto *label = control<QLabel>(this, name);
         label->setFont(controls::sansFont(points, true));
         label->adjustSize();
     }

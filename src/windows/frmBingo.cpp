@@ -57,8 +57,7 @@ frmBingo::frmBingo(QWidget *owner)
     Text1->setAccessibleName(QStringLiteral("A click or Alt+F4 closes it"));
     RTB1->viewport()->installEventFilter(this); // a click: RTB1_Click
     RTB1->setFrameShape(QFrame::NoFrame);
-    RTB1->setBaseFont(controls::displayFont(99.75));
-    RTB1->setBackColor(colors::buttonFace);
+    RTB1->setFont(controls::displayFont(99.75));
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
