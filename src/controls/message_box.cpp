@@ -74,18 +74,15 @@ bool confirmed(QWidget *owner, const QString &text, const QString &title)
 
 void reportError(QWidget *owner, const base::Error &error)
 {
-    if (const QWidget *open = QApplication::activeModalWidget()) {
-        const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
+    const auto later = [owner = QPointer(owner), error] { reportError(owner, error); };
+    if (const QWidget *open = QApplication::activeModalWidget())
         QObject::connect(open, &QObject::destroyed, qApp, later, Qt::QueuedConnection);
-        return;
-    }
-    if (MenuBar::isInUse()) {
-        QTimer::singleShot(100, qApp, [owner = QPointer(owner), error] { reportError(owner, error); });
-        return;
-    }
-    const QString text =
-        QStringLiteral("Desc: %1\nErr #: %2").arg(error.description, QString::number(error.number));
-    ask(owner, QMessageBox::Warning, text, QStringLiteral("Run-Time Error"));
+    else if (MenuBar::isInUse())
+        QTimer::singleShot(100, qApp, later);
+    else
+        ask(owner, QMessageBox::Warning,
+            QStringLiteral("Desc: %1\nErr #: %2").arg(error.description, QString::number(error.number)),
+            QStringLiteral("Run-Time Error"));
 }
 
 } // namespace controls

@@ -12,21 +12,12 @@
 
 namespace os {
 
-static QDBusMessage inhibit(const char *service, const char *path, const QVariantList &arguments)
+static QDBusMessage inhibit(const char *service, const char *path, const char *interface,
+                            const QVariantList &arguments)
 {
-    const QString name = QString::fromLatin1(service);
     QDBusMessage call =
-        QDBusMessage::createMethodCall(name, QString::fromLatin1(path), name, QStringLiteral("Inhibit"));
-    call.setArguments(arguments);
-    call.setAutoStartService(false); // another desktop's screen saver may be installed
-    return call;
-}
-
-static QDBusMessage inhibitByPortal(const QVariantList &arguments)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.Inhibit"), QStringLiteral("Inhibit"));
+        QDBusMessage::createMethodCall(QString::fromLatin1(service), QString::fromLatin1(path),
+                                       QString::fromLatin1(interface), QStringLiteral("Inhibit"));
     call.setArguments(arguments);
     return call;
 }
@@ -39,13 +30,20 @@ static QList<QDBusMessage> inhibitCalls()
     const QString program = QCoreApplication::applicationName();
     const QString reason = QStringLiteral("The numbers of a Bingo game are called");
     constexpr uint idle = 8; // of the flags that say what is inhibited
-    return {
-        inhibit("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", {program, reason}),
-        inhibit("org.freedesktop.ScreenSaver", "/ScreenSaver", {program, reason}),
-        inhibit("org.xfce.ScreenSaver", "/org/xfce/ScreenSaver", {program, reason}),
-        inhibit("org.gnome.SessionManager", "/org/gnome/SessionManager", {program, 0U, reason, idle}),
-        inhibitByPortal({QString(), idle, QVariantMap{{QStringLiteral("reason"), reason}}}),
+    constexpr const char *saver = "org.freedesktop.ScreenSaver";
+    constexpr const char *xfce = "org.xfce.ScreenSaver";
+    constexpr const char *session = "org.gnome.SessionManager";
+    QList<QDBusMessage> calls{
+        inhibit(saver, "/org/freedesktop/ScreenSaver", saver, {program, reason}),
+        inhibit(saver, "/ScreenSaver", saver, {program, reason}),
+        inhibit(xfce, "/org/xfce/ScreenSaver", xfce, {program, reason}),
+        inhibit(session, "/org/gnome/SessionManager", session, {program, 0U, reason, idle}),
     };
+    for (QDBusMessage &call : calls)
+        call.setAutoStartService(false); // another desktop's screen saver may be installed
+    return calls << inhibit("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                            "org.freedesktop.portal.Inhibit",
+                            {QString(), idle, QVariantMap{{QStringLiteral("reason"), reason}}});
 }
 
 /// The call that ends what `call` was granted with `answer`: a cookie, or the portal's object.
