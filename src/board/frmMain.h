@@ -132,7 +132,6 @@ private:
     std::vector<int> uncalledNumbers() const;
     /// The one writer of the called flag and the button's colour, which always agree.
     void markNumber(int n, bool called);
-    void unmarkAll();
     void setCount(int count);
 
     game::FromOne<controls::ColorButton *, game::numberCount> cButt{};
@@ -221,11 +220,10 @@ private:
     void tDemo_Click(int Index);
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one.
     void cDemoButt_Click(int Index);
-    /// Shows pattern `id` from its beginning, 0 for none. All called flags are cleared first.
+    /// Shows pattern `id` from its beginning, 0 for none, and marks what it shadows in place of all other
+    /// numbers.
     void selectPattern(int id);
     void Timer1_Timer();
-    void showPattern(const patterns::Pattern &pattern);
-    void applyShadow(const patterns::Pattern &pattern);
 
     patterns::Card *m_card = nullptr;
     int iCurPattern = 0;   // 0 for none

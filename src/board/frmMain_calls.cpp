@@ -94,12 +94,6 @@ void frmMain::markNumber(int n, bool called)
     nameSoon();
 }
 
-void frmMain::unmarkAll()
-{
-    for (int n = 1; n <= game::numberCount; ++n)
-        markNumber(n, false);
-}
-
 void frmMain::setCount(int count)
 {
     iCallCnt = count;

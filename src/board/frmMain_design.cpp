@@ -40,7 +40,9 @@ constexpr DesignRow design[] = {
 };
 
 /// The pattern buttons' places in the tab order.
-constexpr int patternTabs[] = {14, 13, 18, 15, 16, 17, 21, 19, 20, 22, 23, 24, 25, 26, 33, 32, 27, 31, 28, 29, 30};
+constexpr int patternTabs[] = {14, 13, 18, 15, 16, 17, 21,
+                               19, 20, 22, 23, 24, 25, 26,
+                               33, 32, 27, 31, 28, 29, 30};
 // clang-format on
 
 constexpr int patternRows = 7;

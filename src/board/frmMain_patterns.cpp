@@ -31,33 +31,16 @@ void frmMain::cDemoButt_Click(int Index)
 
 void frmMain::selectPattern(int id)
 {
-    m_card->show({});
-    unmarkAll();
-    Timer1->stop();
+    const Pattern *chosen = id == 0 ? nullptr : &pattern(id);
+    const bool isAnimated = chosen && chosen->animated();
     iCurPattern = id;
-    if (id != 0)
-        showPattern(pattern(id));
-}
-
-/// Shows a static pattern and starts an animated one, and takes its shadow out of play.
-void frmMain::showPattern(const Pattern &pattern)
-{
-    if (!pattern.animated())
-        m_card->show(pattern.frames[1]);
-    if (mnuShaddow->isChecked())
-        applyShadow(pattern);
-    if (pattern.animated()) {
-        iPatternFrame = 1;
+    iPatternFrame = 1;
+    for (int n = 1; n <= game::numberCount; ++n)
+        markNumber(n, chosen && mnuShaddow->isChecked() && chosen->shadows(n));
+    m_card->show(chosen && !isAnimated ? chosen->frames[1] : patterns::Grid());
+    Timer1->stop();
+    if (isAnimated)
         Timer1->start(100);
-    }
-}
-
-void frmMain::applyShadow(const Pattern &pattern)
-{
-    for (int n = 1; n <= game::numberCount; ++n) {
-        if (pattern.shadows(n))
-            markNumber(n, true);
-    }
 }
 
 void frmMain::Timer1_Timer()

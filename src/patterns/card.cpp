@@ -37,12 +37,6 @@ Card::Card(controls::ColorBox *first)
     : QObject(first)
 {
     m_cells[1] = first;
-    build();
-    show({});
-}
-
-void Card::build()
-{
     for (int i = 1; i <= cellCount; ++i) {
         if (i > 1) {
             m_cells[i] = new controls::ColorBox(m_cells[1]->parentWidget());
@@ -51,6 +45,7 @@ void Card::build()
         }
         connect(m_cells[i], &controls::ColorBox::clicked, this, [this, i] { Q_EMIT clicked(i); });
     }
+    show({});
 }
 
 void Card::place(const controls::DesignRow &row, double scale)

@@ -37,7 +37,6 @@ Q_SIGNALS:
     void clicked(int index);
 
 private:
-    void build();
     void paint(int index, bool lit);
     bool isLit(int index) const;
 
