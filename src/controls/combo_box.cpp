@@ -24,8 +24,7 @@ TextBox *ComboBox::makeEditable()
 {
     setFocusPolicy(Qt::StrongFocus);
     auto *box = new TextBox(this);
-    setEditable(true);
-    setLineEdit(box);
+    setLineEdit(box); // which makes it editable
     // A text that is left in the box is not an entry that was chosen.
     disconnect(box, &QLineEdit::editingFinished, this, nullptr);
     setInsertPolicy(QComboBox::NoInsert);
