@@ -87,8 +87,8 @@ QByteArray withValue(QByteArray content, QByteArrayView section, QByteArrayView 
     QByteArray added = key.toByteArray() + '=' + inLine(value);
     if (!place.hasSection)
         added.prepend('[' + section.toByteArray() + ']' + lineEnd);
-    const bool behindOpenLine = place.at > bomSize(content) && content.at(place.at - 1) != '\n';
-    return content.insert(place.at, behindOpenLine ? lineEnd + added : added + lineEnd);
+    const bool isAfterOpenLine = place.at > bomSize(content) && content.at(place.at - 1) != '\n';
+    return content.insert(place.at, isAfterOpenLine ? lineEnd + added : added + lineEnd);
 }
 
 } // namespace base

@@ -1,14 +1,8 @@
 #include "frmMain.h"
 
-#include "appearance.h"
 #include "catalogue.h"
-#include "frmBingo.h"
 #include "frmMain_design.h"
-#include "frmVoices.h"
 #include "screen_awake.h"
-#include "sp_voice.h"
-
-#include <QCoreApplication>
 
 #include <map>
 #include <utility>

@@ -111,7 +111,7 @@ private:
     void rememberSize();
     void Form_Resize();
 
-    double m_scale = 1.0; // of the design; less than 1 where the work area has not the room for all of it
+    double m_scale = 1.0; // of the design; below 1 where it would not fit into the work area
     double m_ratio = 1.0; // device pixels in a pixel, when the window was last fitted to its screen
     QSize m_area;         // the work area then
     QSize m_ownSize;      // of the client area, where the user has given it another one than the design's
@@ -171,7 +171,7 @@ private:
     /// Moves the focus to the pause button while numbers are called automatically, else to the entry box.
     void focusByRule();
     void menuBar_Left();
-    /// Moves the focus. A font size that was typed and not entered does not stay behind in its box.
+    /// Moves the focus. A font size that was typed but not entered gives way to the one that is drawn.
     void focusOn(QWidget *control);
 
     bool m_isTick = false;     // a tick of the countdown is running, and no action of the user

@@ -7,8 +7,8 @@ void frmMain::returnToEntry()
     focusOn(Text1);
 }
 
-/// Where a tick of the countdown called while the keyboard is in the menu bar, the focus moves when it comes
-/// back from there.
+/// When a tick of the countdown calls while the keyboard is in the menu bar, the focus moves only after the
+/// keyboard has left the bar.
 void frmMain::focusAfterCall()
 {
     Text1->clear();

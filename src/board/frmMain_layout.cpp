@@ -47,18 +47,18 @@ void frmMain::followScreen()
         m_bingo->cover();
 }
 
-/// Draws the design in its own size, or as much smaller as the work area has not the room for it, so that all
-/// of it is seen. A window that the user has made larger or smaller stays so, as far as it has the room.
+/// Draws the design in its own size, or smaller where the work area cannot hold all of it. A window that the
+/// user has resized keeps its size as far as it fits.
 void frmMain::fit(QMargins frame)
 {
     m_ratio = devicePixelRatioF();
     m_area = screen()->availableSize();
     const QSize bar(0, menuBar()->sizeHint().height());
-    const QSize room = m_area.shrunkBy(frame) - bar;
+    const QSize available = m_area.shrunkBy(frame) - bar;
     const QSize size = m_ownSize;
     const QSize full(pixels(mainDesign::clientWidth), pixels(mainDesign::clientHeight));
     const int percent =
-        std::min({100, 100 * room.width() / full.width(), 100 * room.height() / full.height()});
+        std::min({100, 100 * available.width() / full.width(), 100 * available.height() / full.height()});
     m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
     // The design was made in its own size. Only once it is shown the large board can tell which bars it needs.
     if (m_isPlaced || m_scale < 1.0)
@@ -66,7 +66,7 @@ void frmMain::fit(QMargins frame)
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
                              pixelsUp(mainDesign::leastClientHeight, m_scale));
     m_isRefitDue = windowState() != Qt::WindowNoState;
-    const QSize wanted = (size.isEmpty() ? designSize() : size.boundedTo(room)) + bar;
+    const QSize wanted = (size.isEmpty() ? designSize() : size.boundedTo(available)) + bar;
     if (!m_isRefitDue && !isAbout(wanted, this->size()))
         resize(wanted);
 }
@@ -92,8 +92,8 @@ QSize frmMain::designSize() const
     return {pixels(mainDesign::clientWidth, m_scale), pixels(mainDesign::clientHeight, m_scale)};
 }
 
-/// Remembers a size that the user has given the window. One that comes with another scale than the window was
-/// fitted to is only the old one, in pixels of another size.
+/// Remembers a size that the user has given the window. Between a change of scale and the next `fit` it is
+/// only the old size in new pixels, and is not remembered.
 void frmMain::rememberSize()
 {
     if (!m_isPlaced || windowState() != Qt::WindowNoState || devicePixelRatioF() != m_ratio)

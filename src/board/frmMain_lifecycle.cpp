@@ -1,8 +1,6 @@
 #include "frmMain.h"
 
 #include "frmBingo.h"
-#include "frmVoices.h"
-#include "sp_voice.h"
 
 #include <QCloseEvent>
 #include <QStyle>

@@ -71,8 +71,8 @@ void frmMain::describeCalls()
     RTB4->setAccessibleDescription(listed(past));
 }
 
-/// Renames the controls in a moment. By then the focus has left the control that was pressed: a screen reader
-/// would read out its new name, too.
+/// Renames the controls in a moment, when the focus has left the one that was pressed: a screen reader reads
+/// out the new name of what has the focus.
 void frmMain::nameSoon()
 {
     if (isVisible() && !m_naming->isActive()) // the board is named whole when it is shown
@@ -91,7 +91,7 @@ void frmMain::nameByState(int most)
         }
     };
     name(m_reader, stateInWords());
-    // AT-SPI's screen readers hear no value of a list, but of the label before it.
+    // AT-SPI's screen readers are not told the value of a list, but read the label before it.
     name(controls::control<QLabel>(m_client, "Label3"),
          cboSec->currentText() + QStringLiteral(" seconds between automatic draws"));
     for (int n = 1; n <= game::numberCount; ++n)

@@ -72,7 +72,7 @@ public:
         QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
         if (control != CC_ComboBox)
             return rect;
-        // The combo boxes of the design are narrow: a slimmer arrow leaves room for four characters.
+        // The combo boxes of the design are narrow: a slimmer arrow leaves space for four characters.
         const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
         const int slim = arrow.width() - arrow.width() / 3;
         const int saved = arrow.width() - qRound(slim * scaleOf(widget));
@@ -83,11 +83,11 @@ public:
         return rect;
     }
 
-    // The sign for menus that have no room in the bar is never seen, and would load every image plugin.
+    // The sign for menus that do not fit into the bar is never seen, and would load every image plugin.
     QIcon standardIcon(StandardPixmap icon, const QStyleOption *option, const QWidget *widget) const override
     {
-        const bool roomless = icon == SP_ToolBarHorizontalExtensionButton;
-        return roomless ? QIcon() : QProxyStyle::standardIcon(icon, option, widget);
+        const bool isNeverSeen = icon == SP_ToolBarHorizontalExtensionButton;
+        return isNeverSeen ? QIcon() : QProxyStyle::standardIcon(icon, option, widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -134,7 +134,8 @@ static QPalette lightPalette()
     return palette;
 }
 
-/// The first installed family, or the first. Given several, Qt ranks every font of the system.
+/// The first family that is installed; the first of all where none is. Qt itself, given several, would rank
+/// every font of the system.
 static QString firstInstalled(const QStringList &families)
 {
     const QStringList installed = QFontDatabase::families();
@@ -151,8 +152,8 @@ static QFont fontOf(const QString &family, QFont::StyleHint hint, double points,
     font.setStyleHint(hint);
     font.setPointSizeF(points);
     font.setBold(bold);
-    // Windows hints letters only while no screen has a scale. By this they are others for Qt, which would go
-    // on with those that it knows.
+    // Windows hints letters only while no screen has a scale. With another preference Qt draws them anew when
+    // that changes, and does not go on with those that it has drawn before.
     if (qGuiApp->devicePixelRatio() != 1.0)
         font.setHintingPreference(QFont::PreferNoHinting);
     return font;

@@ -29,8 +29,8 @@ namespace controls {
 /// font. Call it once, before the first window is made.
 void applyAppearance(QApplication &application);
 
-/// The font of plain controls, "MS Sans Serif" or a face of the same widths, in points. It is another one
-/// where a screen has a scale.
+/// The font of plain controls, "MS Sans Serif" or a face of the same widths, in points. Where a screen has a
+/// scale it has no hinting, so ask for it again when the scale has changed.
 QFont sansFont(double points = 8.0, bool bold = false);
 
 /// The font of the displays, "Courier New" or a face of the same widths, in points.

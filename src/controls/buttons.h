@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QPushButton>
 
 namespace controls {

@@ -7,8 +7,8 @@
 
 namespace controls {
 
-/// While one exists the cursor is a wait cursor, and what the user types and clicks is kept; when it goes,
-/// the windows take it. Meanwhile windows can be closed and message boxes answered.
+/// While one exists the cursor is a wait cursor, and what the user types and clicks is held back. The windows
+/// get it when the object is destroyed. Meanwhile windows can be closed and message boxes answered.
 /// (QEventLoop::ExcludeUserInputEvents would keep the closing of a window, too.)
 class DelayedInput : public QObject
 {

@@ -15,7 +15,7 @@
 
 namespace controls {
 
-/// A width that shows the title whole: the desktop writes it in a font of its own, between an icon and three
+/// Wide enough for the whole title, which the desktop writes in a font of its own, between an icon and three
 /// buttons.
 static int titleWidth(const QMessageBox &box)
 {

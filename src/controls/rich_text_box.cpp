@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
-#include <QTextFrame>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -159,7 +158,8 @@ void RichTextBox::matchScrolling()
     QScrollBar *bar = verticalScrollBar();
     const QScrollBar *leader = m_leader->verticalScrollBar();
     const QSignalBlocker quiet(bar);
-    bar->setMaximum(std::max(bar->maximum(), leader->maximum())); // the leader may lose room to its own bars
+    bar->setMaximum(
+        std::max(bar->maximum(), leader->maximum())); // a bar of its own may make the leader smaller
     bar->setValue(leader->value());
     viewport()->update();
 }

@@ -37,7 +37,7 @@ public:
     /// The colour of the character at `position`; black where nothing else was set.
     QRgb colorAt(int position) const;
 
-    /// Takes away scroll bars that are only there because each takes the other's room.
+    /// Hides the scroll bars where each is shown only because the other covers a strip of the text.
     void dropNeedlessBars();
     /// Scrolls to the beginning of the text.
     void showStart();

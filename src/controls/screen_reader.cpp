@@ -26,8 +26,8 @@ public:
 
 } // namespace
 
-/// What screen readers take a control for, where Qt tells them something else, as of a display of numbers
-/// that it were a page of text.
+/// What screen readers are told of controls that Qt describes wrongly: it calls a display of numbers a page
+/// of text.
 static QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);

@@ -10,7 +10,7 @@ namespace controls {
 
 /// Says sentences to those who hear the program through a screen reader. Nothing of it is seen, and a
 /// sentence costs next to nothing while no screen reader listens. To a screen reader it is the status bar of
-/// its window, which is read out on demand: what stands there is its accessible name.
+/// its window, whose accessible name is read out on demand.
 class ScreenReader : public QWidget
 {
     Q_OBJECT

@@ -12,7 +12,7 @@
 
 namespace controls {
 
-/// The modifiers that make a command of a key. AltGr makes none; Windows reports it as Ctrl and Alt.
+/// The modifiers that make a key a command. AltGr does not; Windows reports it as Ctrl and Alt.
 static Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers held =

@@ -7,8 +7,9 @@ namespace controls {
 /// The character code of Enter.
 inline constexpr int enter = 13;
 
-/// A one-line text box that shows each typed character to its owner before it takes it. A line break that is
-/// pasted or dropped counts as Enter behind the first line that is not empty; what follows is dropped.
+/// A one-line text box that shows each typed character to its owner before it takes it. Where a text with
+/// line breaks is pasted or dropped, its first line that is not empty is entered, and the others are left
+/// out.
 class TextBox : public QLineEdit
 {
     Q_OBJECT
@@ -19,7 +20,7 @@ public:
     void clear() { setText({}); }
     /// A see-through box has a thin outline, and shows what lies behind it while it is empty.
     void setSeeThrough(bool seeThrough);
-    /// Also says no where WA_InputMethodEnabled is off, which QLineEdit does not ask for.
+    /// Answers ImEnabled with no where WA_InputMethodEnabled is off; QLineEdit does not look at that.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 Q_SIGNALS:

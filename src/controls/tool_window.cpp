@@ -30,8 +30,8 @@ static void centreIn(const QRect &area, QWidget *window)
     moveInside(window, area.center() - QPoint(outer.width() / 2, outer.height() / 2), frameOf(window));
 }
 
-/// The size in device pixels stays as it is on X11 when the scale changes, and so do the least and greatest
-/// size that the desktop was told. Qt paints only what has another size in its own pixels.
+/// On X11 a window keeps its size in device pixels when the scale changes, and the desktop keeps the limits
+/// of the size that it was told. Qt paints only what has another size in its own pixels.
 static void refit(QWidget *window)
 {
     QWindow *handle = window->windowHandle();
@@ -59,7 +59,7 @@ void makeToolWindow(QWidget *window)
     window->setAttribute(Qt::WA_DeleteOnClose);
 }
 
-QSize roomFor(const QWidget *window)
+QSize largestSize(const QWidget *window)
 {
     return window->parentWidget()->screen()->availableSize().shrunkBy(frameOf(window));
 }

@@ -14,8 +14,8 @@ namespace controls {
 /// above the parent but not in its way. Closing it destroys it.
 void makeToolWindow(QWidget *window);
 
-/// The size in pixels that the screen leaves to a tool window's contents.
-QSize roomFor(const QWidget *window);
+/// The largest size in pixels that a tool window's contents can have on its screen.
+QSize largestSize(const QWidget *window);
 
 /// Moves a tool window that has its size and has not been shown yet to the middle of the screen.
 void centreOnScreen(QWidget *window);
@@ -24,8 +24,8 @@ void centreOnScreen(QWidget *window);
 /// work area. `frame` is what the desktop puts around it.
 void moveInside(QWidget *window, QPoint place, QMargins frame);
 
-/// Gives every open window the size again that it has in pixels, when their scale has changed, and keeps it
-/// inside the work area.
+/// After a change of scale: gives every open window its size in pixels again, and keeps it inside the work
+/// area.
 void refitWindows();
 
 /// From now on calls `changed` when the screen of `window`, which has been shown, becomes another one, or

@@ -50,7 +50,7 @@ public:
     QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
 
     /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
-    /// is known and has no such position; else that is found out text by text.
+    /// is known and has no such position; else the texts that are spoken with it fail.
     void setVoice(qsizetype position);
 
     /// The speed of the texts that follow, clamped to -10 to 10.

@@ -5,7 +5,6 @@
 #include "message_box.h"
 
 #include <QKeyEvent>
-#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSlider>
@@ -118,7 +117,8 @@ bool frmVoices::voiceSelected()
     if (!List1->selectedItems().isEmpty())
         return true;
     if (m_listed.isEmpty())
-        QMetaObject::invokeMethod(this, &frmVoices::Form_Load, Qt::QueuedConnection); // behind the notice
+        QMetaObject::invokeMethod(this, &frmVoices::Form_Load,
+                                  Qt::QueuedConnection); // while the notice is open
     controls::notice(this, QStringLiteral("Please select a voice from the list box."));
     return false;
 }

@@ -7,7 +7,6 @@
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QMouseEvent>
 #include <QTimer>
 #include <QWindow>
 
@@ -91,8 +90,7 @@ void frmBingo::setWord(double points)
     const QFontMetricsF letters(controls::displayFont(points), RTB1);
     RTB1->setOutline(word, colors::black, 0.02 * letters.capHeight());
     const double width = letters.horizontalAdvance(QStringLiteral("BINGO"));
-    const double room = RTB1->width();
-    RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * room / width), 1, 100));
+    RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * RTB1->width() / width), 1, 100));
 }
 
 /// The focus stays here, also where this is a part of the owner.

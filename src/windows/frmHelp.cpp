@@ -80,7 +80,7 @@ void frmHelp::buildControls()
 
     const QSize design(controls::pixels(clientWidth),
                        controls::pixels(clientHeight) + menuBar()->sizeHint().height());
-    setFixedSize(design.boundedTo(controls::roomFor(this)));
+    setFixedSize(design.boundedTo(controls::largestSize(this)));
 }
 
 QAction *frmHelp::buildCommand(const char *name, const char *caption)
