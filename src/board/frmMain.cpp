@@ -59,7 +59,7 @@ void frmMain::setUpControls()
         cboSec->addItem(QString::number(seconds));
 
     cPause->setEnabled(false);
-    Text1->setSeeThrough(true);
+    Text1->setSeeThrough();
     // Keys act as they are pressed. An input method would hold R back, or make another letter of it.
     Text1->setAttribute(Qt::WA_InputMethodEnabled, false);
     Text1->raise();

@@ -9,7 +9,6 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QProxyStyle>
-#include <QStyleFactory>
 #include <QStyleOption>
 
 #include <algorithm>
@@ -28,10 +27,7 @@ namespace {
 class HouseStyle : public QProxyStyle
 {
 public:
-    HouseStyle()
-        : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
-    {
-    }
+    using QProxyStyle::QProxyStyle;
 
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
     {
@@ -161,7 +157,7 @@ static QFont fontOf(const QString &family, QFont::StyleHint hint, double points,
 
 void applyAppearance(QApplication &application)
 {
-    application.setStyle(new HouseStyle);
+    application.setStyle(new HouseStyle(QStringLiteral("Fusion")));
     // The style keeps pictures of controls and finds none of them again for the next message box.
     QPixmapCache::setCacheLimit(2048); // kilobytes
     const QPalette palette = lightPalette();

@@ -48,12 +48,12 @@ QVariant TextBox::inputMethodQuery(Qt::InputMethodQuery query) const
     return QLineEdit::inputMethodQuery(query);
 }
 
-void TextBox::setSeeThrough(bool seeThrough)
+void TextBox::setSeeThrough()
 {
-    m_seeThrough = seeThrough;
-    setFrame(!seeThrough);
+    m_seeThrough = true;
+    setFrame(false);
     QPalette colors = palette();
-    colors.setColor(QPalette::Base, seeThrough ? Qt::transparent : Qt::white);
+    colors.setColor(QPalette::Base, Qt::transparent);
     setPalette(colors);
 }
 

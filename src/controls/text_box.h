@@ -18,8 +18,8 @@ public:
     explicit TextBox(QWidget *parent = nullptr);
     /// Empties the box for good. QLineEdit's own clear can be undone with Ctrl+Z.
     void clear() { setText({}); }
-    /// A see-through box has a thin outline, and shows what lies behind it while it is empty.
-    void setSeeThrough(bool seeThrough);
+    /// Gives the box a thin outline; while it is empty it shows what lies behind it.
+    void setSeeThrough();
     /// Answers ImEnabled with no where WA_InputMethodEnabled is off; QLineEdit does not look at that.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 

@@ -6,11 +6,6 @@ using speech::SpVoice;
 
 namespace voice {
 
-Announcement::Announcement(const VoiceChoice &choice)
-    : m_choice(choice)
-{
-}
-
 void Announcement::createVoice()
 {
     V = std::make_unique<SpVoice>();

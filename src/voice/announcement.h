@@ -21,7 +21,10 @@ class Announcement : public QObject
 
 public:
     /// `choice` is read at each phrase and must live as long as this.
-    explicit Announcement(const VoiceChoice &choice);
+    explicit Announcement(const VoiceChoice &choice)
+        : m_choice(choice)
+    {
+    }
 
     /// Creates the voice. Throws base::Error when no speech service is installed.
     void createVoice();
