@@ -19,8 +19,8 @@ QString decodedText(const QByteArray &bytes);
 /// or one that cannot be read.
 std::optional<QByteArray> readBytes(const QString &path, qint64 most);
 
-/// The text of a file read by readBytes. Of one longer than `longestText` it is the beginning and a line that
-/// says so.
+/// The text of a file that readBytes reads; of a file longer than `longestText` its beginning, and a line
+/// that says so.
 std::optional<QString> readTextFile(const QString &path);
 
 } // namespace base

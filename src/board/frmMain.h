@@ -116,7 +116,7 @@ private:
     QSize m_area;         // the work area then
     QSize m_ownSize;      // of the client area, where the user has given it another one than the design's
     bool m_isRefitDue = false; // the screen changed while the window was maximized or minimized
-    bool m_isPlaced = false;   // once, when the window was shown for the first time
+    bool m_isPlaced = false;   // the window was shown and put in its first place
 
     // ---- board/frmMain_calls.cpp: the record of the game: calls, un-calls, draws and clears ------
 public:

@@ -35,8 +35,8 @@ void frmMain::setDisplayFonts()
     drawButtonLetters();
 }
 
-/// The letters beside the large board. They are as high as its rows, and narrowed where the column has not
-/// the width for them.
+/// The letters beside the large board. They are as high as its rows, and narrowed where they are too wide for
+/// their column.
 void frmMain::drawLetters()
 {
     RTB1->setText(game::letterColumn(2), colors::blue, Qt::AlignHCenter);

@@ -35,7 +35,7 @@ void frmMain::placeOnScreen(QMargins frame)
         frame);
 }
 
-/// Fits the window to its screen again where that, its scale or its work area is another one than before.
+/// Fits the window to its screen again when the screen's scale or its work area has changed.
 void frmMain::followScreen()
 {
     if (devicePixelRatioF() == m_ratio && screen()->availableSize() == m_area)
@@ -60,7 +60,8 @@ void frmMain::fit(QMargins frame)
     const int percent =
         std::min({100, 100 * available.width() / full.width(), 100 * available.height() / full.height()});
     m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
-    // The design was made in its own size. Only once it is shown the large board can tell which bars it needs.
+    // The design was made in its own size. Only once it is shown the large board can tell which bars it
+    // needs.
     if (m_isPlaced || m_scale < 1.0)
         layOut();
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),

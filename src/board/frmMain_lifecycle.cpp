@@ -20,7 +20,7 @@ void frmMain::Form_Load()
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (event->spontaneous() && m_bingo && !m_bingo->isWindow()) { // it is closed, since it lies in front
+    if (event->spontaneous() && m_bingo && !m_bingo->isWindow()) { // BINGO lies in front: that is meant
         m_bingo->close();
         event->ignore();
         return;

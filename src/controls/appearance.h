@@ -36,9 +36,9 @@ QFont sansFont(double points = 8.0, bool bold = false);
 /// The font of the displays, "Courier New" or a face of the same widths, in points.
 QFont displayFont(double points, bool bold = true);
 
-/// Fills a frame `width` pixels wide, just inside the bounds of `region`, which is what the widget paints
-/// itself; in one colour where no second is given. Its sides are whole device pixels and equally wide at any
-/// scale factor, where lines that a pen draws may vanish.
+/// Fills a frame `width` pixels wide, just inside the bounds of `region`, all in the first colour where no
+/// second is given. Its sides are whole device pixels and equally wide at any scale, at which the lines of a
+/// pen may vanish.
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                QColor bottomRight = {});
 

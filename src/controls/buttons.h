@@ -4,7 +4,7 @@
 
 namespace controls {
 
-/// A push button with a back colour of its own, which shows exactly.
+/// A push button that is filled with exactly the back colour that it is given.
 class ColorButton : public QPushButton
 {
     Q_OBJECT

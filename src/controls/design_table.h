@@ -13,7 +13,7 @@ namespace controls {
 /// On every screen: Qt makes its pixels as large as the screen's scale wants them.
 inline constexpr int twipsPerPixel = 15;
 
-/// The whole number of pixels nearest to `twips` where the design is drawn `scale` times as large as it is.
+/// `twips` in pixels, rounded to a whole number, where the design is drawn `scale` times as large.
 inline int pixels(double twips, double scale = 1.0)
 {
     return static_cast<int>(std::lround(twips * scale / twipsPerPixel));

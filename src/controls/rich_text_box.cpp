@@ -22,7 +22,7 @@ RichTextBox::RichTextBox(QWidget *parent)
     setUndoRedoEnabled(false);
     setCursorWidth(0);
     viewport()->setCursor(Qt::ArrowCursor);
-    setLineWrapMode(QTextEdit::WidgetWidth); // which is what centred text is centred in
+    setLineWrapMode(QTextEdit::WidgetWidth); // centred text is centred in that
     setWordWrapMode(QTextOption::NoWrap);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -19,8 +19,8 @@ public:
     explicit ScreenReader(QWidget *window);
     /// Says a sentence once, when the running handler has ended and no question is open.
     void say(const QString &sentence);
-    /// Keeps what is to be said until `window`, which is being shown, is in front: screen readers break off
-    /// when another window comes there.
+    /// Says nothing until `window`, which is being shown, is in front: screen readers break off when another
+    /// window comes to the front.
     void waitFor(QWidget *window) { m_opening = window; }
 
 private:

@@ -28,12 +28,13 @@ void moveInside(QWidget *window, QPoint place, QMargins frame);
 /// area.
 void refitWindows();
 
-/// From now on calls `changed` when the screen of `window`, which has been shown, becomes another one, or
-/// when a screen's scale or its work area changes: once for all that changes within a tenth of a second.
+/// From now on calls `changed` when `window`, which has been shown, comes to another screen, or when the
+/// scale or the work area of a screen changes: a tenth of a second later, once for all that changed until
+/// then.
 void onScreenChange(QWidget *window, const std::function<void()> &changed);
 
-/// Shows a window, over its owner where it has no place yet, or brings it forward where it is open or
-/// minimized, and makes it the active one.
+/// Brings a window to the front and makes it the active one, whether it is open, minimized or not shown yet.
+/// Without a place of its own it opens over its owner.
 void showInFront(QWidget *window);
 
 } // namespace controls

@@ -161,7 +161,7 @@ void SsipEngine::greet()
     set("CLIENT_NAME", loginName() + ":vellomir:main");
     set("PRIORITY", "message");
     set("NOTIFICATION", "ALL on");
-    // The ways in which a screen reader's user has texts read out are not for calls.
+    // A screen reader's user may want texts spelt, or their commas named. Calls are spoken as they are.
     set("PUNCTUATION", "none");
     set("CAP_LET_RECOGN", "none");
     set("SPELLING", "off");

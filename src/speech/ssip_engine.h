@@ -74,8 +74,8 @@ private:
     int m_triesLeft = 40;                     ///< when the starter has failed: another one may be at work
     std::deque<Command> m_commands;           ///< the first one is under way
     QByteArray m_data;                        ///< the lines that follow SPEAK
-    QByteArray m_received;                    ///< beyond the last whole line
-    QList<QByteArray> m_lines;                ///< of a message from the service, as far as it has come
+    QByteArray m_received;                    ///< the beginning of a line
+    QList<QByteArray> m_lines;                ///< of the message that is coming in
     QHash<QByteArray, QByteArray> m_settings; ///< as the service has them
     QList<Voice> m_voices;
     Voice m_default; ///< without a name: the module's own voice

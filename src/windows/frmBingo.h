@@ -23,7 +23,7 @@ public:
     /// Lays it over all of the owner, its frame too. On Wayland, where no window can say where it wants to
     /// be, it is a part of the owner and leaves the frame free.
     void cover();
-    /// Puts the word in, as it stands until the next tick.
+    /// Shows the word as it looks until the first tick.
     void fill();
 
 protected:
