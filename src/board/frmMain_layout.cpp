@@ -60,8 +60,7 @@ void frmMain::fit(QMargins frame)
     const int percent =
         std::min({100, 100 * available.width() / full.width(), 100 * available.height() / full.height()});
     m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
-    // The design was made in its own size. Only once it is shown the large board can tell which bars it
-    // needs.
+    // All was made in the design's own size. Which bars the large board needs is known only once it is shown.
     if (m_isPlaced || m_scale < 1.0)
         layOut();
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
