@@ -148,7 +148,7 @@ class Outside(unittest.TestCase):
                 run("xdotool", "windowactivate", "--sync", tool)
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 program.key(*closing).become("Vellomir*").focus("Bingo")
-            program.choose(*VOICES).see("German (other)").key("Tab", "shift+Tab", "Down").focus("German (other)")
+            program.choose(*VOICES).see("German (other)").key("Tab", "shift+Tab", "Down").click("Listen")
             program.hold("alt+F4").become("Vellomir*")
             program.click("Auto Draw Every").click("Font size").key("ctrl+a", "4").see("Balls Called: 8")
             program.see("36", "combo box")

@@ -141,6 +141,7 @@ private Q_SLOTS:
             {"37", "F4, key F4", "37"},
             {"37", "Alt+Down, key Escape", "37"},
             {"37", "Alt+Down, key Up, key Return", "36"},
+            {"37", "Alt+Down, key Down, key Return", "38"},
             {"36", "Alt+Down, key Down, key Return", "38"}};
         for (const auto &[typed, keys, shown] : rows) {
             room.play(QString("font %1, key %2").arg(typed, keys));

@@ -92,11 +92,12 @@ QString content(const QWidget *control)
         QTextCursor end(display->document());
         end.movePosition(QTextCursor::End);
         found += end.charFormat().foreground().color().name();
-        found += QString("%1 pt, outline %2, wrap %3, aligned %4")
+        found += QString("%1 pt, outline %2 %5, wrap %3, aligned %4")
                      .arg(end.charFormat().fontPointSize())
                      .arg(end.charFormat().textOutline().widthF())
                      .arg(int(display->wordWrapMode()))
-                     .arg(int(end.blockFormat().alignment()));
+                     .arg(int(end.blockFormat().alignment()))
+                     .arg(end.charFormat().textOutline().color().name());
     }
     return found.join(' ').simplified();
 }
