@@ -15,7 +15,7 @@ from pathlib import Path
 from signal import SIG_DFL, SIGCONT, SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM, signal
 
 from gi.repository import Gio, GLib
-from support.desktop import Program, manage_windows, run, wait_until
+from support.desktop import Program, has, manage_windows, run, wait_until
 
 PROGRAM = Path(sys.argv.pop(1)).resolve()
 UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
@@ -148,7 +148,8 @@ class Outside(unittest.TestCase):
                 run("xdotool", "windowactivate", "--sync", tool)
                 program.choose(*opening).become("Vellomir", f"{title}*")
                 program.key(*closing).become("Vellomir*").focus("Bingo")
-            program.choose(*VOICES).see("German (other)").key("Tab", "shift+Tab", "Down").click("Listen")
+            program.choose(*VOICES).see("German (other)").key("Tab", "shift+Tab", "Down")
+            wait_until(lambda: has(program.the("German (other)"), "SELECTED"), "the first voice")
             program.hold("alt+F4").become("Vellomir*")
             program.click("Auto Draw Every").click("Font size").key("ctrl+a", "4").see("Balls Called: 8")
             program.see("36", "combo box")
