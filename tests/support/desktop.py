@@ -149,6 +149,7 @@ class Program:
     def choose(self, *keys):
         """Chooses from the menu bar with the keys behind Alt."""
         self.activate()
+        wait_until(lambda: has(self.the("Vellomir", "frame"), "ACTIVE"), "the window in front")
         return self.key("alt", *keys)
 
 
