@@ -78,8 +78,8 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
 
 QRect placed(const DesignRow &row, double scale)
 {
-    const int rounding =
-        row.kind == Kind::Frame && scale < 1.0 ? 1 : 0; // what lies in it may end a pixel farther
+    // What lies in a frame may end a pixel farther.
+    const int rounding = row.kind == Kind::Frame && scale < 1.0 ? 1 : 0;
     return {pixels(row.left, scale), pixels(row.top, scale), pixels(row.width, scale) + rounding,
             pixels(row.height, scale) + rounding};
 }

@@ -158,8 +158,8 @@ void RichTextBox::matchScrolling()
     QScrollBar *bar = verticalScrollBar();
     const QScrollBar *leader = m_leader->verticalScrollBar();
     const QSignalBlocker quiet(bar);
-    bar->setMaximum(
-        std::max(bar->maximum(), leader->maximum())); // a bar of its own may make the leader smaller
+    // A bar of its own may make the leader smaller.
+    bar->setMaximum(std::max(bar->maximum(), leader->maximum()));
     bar->setValue(leader->value());
     viewport()->update();
 }

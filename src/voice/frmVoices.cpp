@@ -116,9 +116,8 @@ bool frmVoices::voiceSelected()
 {
     if (!List1->selectedItems().isEmpty())
         return true;
-    if (m_listed.isEmpty())
-        QMetaObject::invokeMethod(this, &frmVoices::Form_Load,
-                                  Qt::QueuedConnection); // while the notice is open
+    if (m_listed.isEmpty()) // they come while the notice is open
+        QMetaObject::invokeMethod(this, &frmVoices::Form_Load, Qt::QueuedConnection);
     controls::notice(this, QStringLiteral("Please select a voice from the list box."));
     return false;
 }
