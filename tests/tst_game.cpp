@@ -172,6 +172,15 @@ private Q_SLOTS:
         QVERIFY(!differs());
     }
 
+    /// A pasted number is called before whatever comes next.
+    void pastedAtOnce()
+    {
+        Room room;
+        QGuiApplication::clipboard()->setText("33\n");
+        QTest::keyClick(room.find("Text1"), Qt::Key_Insert, Qt::ShiftModifier); // and nothing else meanwhile
+        QCOMPARE(Room::content(room.display("RTB3")), "N33");
+    }
+
     /// What fails in any handler is told, and the game goes on.
     void failure()
     {

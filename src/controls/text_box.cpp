@@ -74,6 +74,13 @@ void TextBox::keyPressEvent(QKeyEvent *event)
         event->ignore(); // QLineEdit would type it
     else if (held || text.size() != 1 || !swallowed(shownCharacter(*event)))
         QLineEdit::keyPressEvent(event);
+    enterIfDue(); // what the key pasted
+}
+
+void TextBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    QLineEdit::mouseReleaseEvent(event);
+    enterIfDue(); // what the middle button pasted
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent *event)
@@ -84,8 +91,8 @@ void TextBox::inputMethodEvent(QInputMethodEvent *event)
     QLineEdit::inputMethodEvent(event);
 }
 
-/// Enter comes a moment later: a handler that asks a question would keep the program waiting that the text
-/// was dragged from. It comes before the next key, which may already wait.
+/// Enter comes when the paste is done, and for a dropped line a moment later, but before the next key: a
+/// handler that asks a question would keep the program waiting that the text was dragged from.
 void TextBox::enterFirstLine(const QString &edited)
 {
     static const QRegularExpression lineBreak(QStringLiteral("[\\n\\r\\x{2028}\\x{2029}]"));
