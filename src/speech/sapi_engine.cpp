@@ -1,8 +1,15 @@
-#include "sapi_engine.h"
+#include "sp_engine.h"
 
+#include <QWinEventNotifier>
+
+#include <windows.h>
+
+#include <sapi.h>
 #include <sphelper.h>
+#include <wrl/client.h>
 
 #include <array>
+#include <vector>
 
 namespace speech {
 
@@ -62,97 +69,111 @@ static QString descriptionOf(ISpObjectToken *token)
     return description;
 }
 
-std::unique_ptr<SpEngine> makeSystemEngine()
-{
-    return std::make_unique<SapiEngine>();
-}
+namespace {
 
-SapiEngine::SapiEngine()
+/// Speech through Windows' own service, SAPI 5. It works on threads of its own and sets a Win32 event when
+/// there is news, which the event loop hears. Its failures keep their HRESULT, and Windows' text where it has
+/// one.
+class SapiEngine : public SpEngine
 {
-    requireOk(CoCreateInstance(CLSID_SpVoice, nullptr, CLSCTX_ALL, IID_PPV_ARGS(&m_voice)));
-    connect(&m_news, &QWinEventNotifier::activated, this, &SapiEngine::takeEvents);
-}
+public:
+    /// Throws Error when SAPI is not installed. COM must be ready in this thread, as it is where Qt shows
+    /// windows.
+    SapiEngine()
+    {
+        requireOk(CoCreateInstance(CLSID_SpVoice, nullptr, CLSCTX_ALL, IID_PPV_ARGS(&m_voice)));
+        connect(&m_news, &QWinEventNotifier::activated, this, &SapiEngine::takeEvents);
+    }
 
-SapiEngine::~SapiEngine()
-{
-    m_news.setEnabled(false);
-    m_voice->Speak(nullptr, SPF_ASYNC | SPF_PURGEBEFORESPEAK, nullptr);
-}
+    ~SapiEngine() override
+    {
+        m_news.setEnabled(false);
+        m_voice->Speak(nullptr, SPF_ASYNC | SPF_PURGEBEFORESPEAK, nullptr);
+    }
 
-void SapiEngine::open()
-{
-    QStringList voices;
+    void open() override
     try {
         listen();
         requireOk(m_voice->SetAlertBoundary(SPEI_PHONEME));
-        voices = listVoices();
+        Q_EMIT opened(listVoices());
     } catch (const base::Error &error) {
         Q_EMIT failed(error);
-        return;
     }
-    Q_EMIT opened(voices);
-}
 
-void SapiEngine::listen()
-{
-    const ULONGLONG events = SPFEI(SPEI_START_INPUT_STREAM) | SPFEI(SPEI_END_INPUT_STREAM);
-    requireOk(m_voice->SetInterest(events, events));
-    requireOk(m_voice->SetNotifyWin32Event());
-    m_news.setHandle(m_voice->GetNotifyEventHandle());
-    m_news.setEnabled(true);
-}
-
-QStringList SapiEngine::listVoices()
-{
-    ComPtr<IEnumSpObjectTokens> tokens;
-    requireOk(SpEnumTokens(SPCAT_VOICES, nullptr, nullptr, &tokens));
-    QStringList descriptions;
-    ComPtr<ISpObjectToken> token;
-    while (tokens->Next(1, token.ReleaseAndGetAddressOf(), nullptr) == S_OK) {
-        descriptions.append(descriptionOf(token.Get()));
-        m_tokens.push_back(token);
+    void speak(const SpText &text) override
+    try {
+        if (text.voice)
+            requireOk(m_voice->SetVoice(m_tokens.at(static_cast<std::size_t>(*text.voice)).Get()));
+        requireOk(m_voice->SetRate(text.rate));
+        requireOk(m_voice->Speak(text.text.toStdWString().c_str(), SPF_ASYNC | SPF_IS_NOT_XML, nullptr));
+    } catch (const base::Error &error) {
+        Q_EMIT failed(error);
     }
-    return descriptions;
-}
 
-void SapiEngine::speak(const SpText &text)
-try {
-    if (text.voice)
-        requireOk(m_voice->SetVoice(m_tokens.at(static_cast<std::size_t>(*text.voice)).Get()));
-    requireOk(m_voice->SetRate(text.rate));
-    requireOk(m_voice->Speak(text.text.toStdWString().c_str(), SPF_ASYNC | SPF_IS_NOT_XML, nullptr));
-} catch (const base::Error &error) {
-    Q_EMIT failed(error);
-}
-
-void SapiEngine::ping()
-{
-    if (isWell())
-        Q_EMIT alive();
-}
-
-/// What fails while a text is being spoken, because the loudspeaker was unplugged, say, stands in the status
-/// alone. Signals it.
-bool SapiEngine::isWell()
-try {
-    SPVOICESTATUS status;
-    if (SUCCEEDED(m_voice->GetStatus(&status, nullptr)))
-        requireOk(status.hrLastResult);
-    return true;
-} catch (const base::Error &error) {
-    Q_EMIT failed(error);
-    return false;
-}
-
-void SapiEngine::takeEvents()
-{
-    SPEVENT event;
-    while (m_voice->GetEvents(1, &event, nullptr) == S_OK) {
-        if (event.eEventId == SPEI_START_INPUT_STREAM)
-            Q_EMIT begun();
-        else if (event.eEventId == SPEI_END_INPUT_STREAM && isWell())
-            Q_EMIT ended();
+    /// The service works inside this program, so it always answers; but it may have failed.
+    void ping() override
+    {
+        if (isWell())
+            Q_EMIT alive();
     }
+
+private:
+    void listen()
+    {
+        const ULONGLONG events = SPFEI(SPEI_START_INPUT_STREAM) | SPFEI(SPEI_END_INPUT_STREAM);
+        requireOk(m_voice->SetInterest(events, events));
+        requireOk(m_voice->SetNotifyWin32Event());
+        m_news.setHandle(m_voice->GetNotifyEventHandle());
+        m_news.setEnabled(true);
+    }
+
+    QStringList listVoices()
+    {
+        ComPtr<IEnumSpObjectTokens> tokens;
+        requireOk(SpEnumTokens(SPCAT_VOICES, nullptr, nullptr, &tokens));
+        QStringList descriptions;
+        ComPtr<ISpObjectToken> token;
+        while (tokens->Next(1, token.ReleaseAndGetAddressOf(), nullptr) == S_OK) {
+            descriptions.append(descriptionOf(token.Get()));
+            m_tokens.push_back(token);
+        }
+        return descriptions;
+    }
+
+    /// What fails while a text is being spoken, because the loudspeaker was unplugged, say, stands in the
+    /// status alone. Signals it.
+    bool isWell()
+    try {
+        SPVOICESTATUS status;
+        if (SUCCEEDED(m_voice->GetStatus(&status, nullptr)))
+            requireOk(status.hrLastResult);
+        return true;
+    } catch (const base::Error &error) {
+        Q_EMIT failed(error);
+        return false;
+    }
+
+    void takeEvents()
+    {
+        SPEVENT event;
+        while (m_voice->GetEvents(1, &event, nullptr) == S_OK) {
+            if (event.eEventId == SPEI_START_INPUT_STREAM)
+                Q_EMIT begun();
+            else if (event.eEventId == SPEI_END_INPUT_STREAM && isWell())
+                Q_EMIT ended();
+        }
+    }
+
+    ComPtr<ISpVoice> m_voice;
+    std::vector<ComPtr<ISpObjectToken>> m_tokens; ///< the installed voices
+    QWinEventNotifier m_news;
+};
+
+} // namespace
+
+std::unique_ptr<SpEngine> makeSystemEngine()
+{
+    return std::make_unique<SapiEngine>();
 }
 
 } // namespace speech
