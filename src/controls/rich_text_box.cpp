@@ -64,39 +64,10 @@ QTextCursor RichTextBox::cursorOver(Range range) const
     return cursor;
 }
 
-void RichTextBox::setColor(Range range, QRgb color)
-{
-    QTextCharFormat format;
-    format.setForeground(QColor(color));
-    merge(range, format);
-}
-
-void RichTextBox::setAlignment(Range range, Qt::Alignment alignment)
-{
-    QTextBlockFormat format;
-    format.setAlignment(alignment);
-    cursorOver(range).mergeBlockFormat(format);
-}
-
-void RichTextBox::setFontSize(Range range, double points)
-{
-    QTextCharFormat format;
-    format.setFontPointSize(points);
-    merge(range, format);
-}
-
-void RichTextBox::setLetterWidth(Range range, int percent)
-{
-    QTextCharFormat format;
-    format.setFontStretch(percent);
-    merge(range, format);
-}
-
 void RichTextBox::setOutline(Range range, QRgb color, double width)
 {
-    QTextCharFormat format;
-    format.setTextOutline({QColor(color), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin});
-    merge(range, format);
+    set(range, QTextFormat::TextOutline,
+        QPen(QColor(color), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
 }
 
 void RichTextBox::setLineHeight(int pixels)
@@ -110,8 +81,10 @@ void RichTextBox::setLineHeight(int pixels)
 
 /// A line without text keeps its format in its block. Qt lays such a block out afresh only when it is told
 /// to.
-void RichTextBox::merge(Range range, const QTextCharFormat &format)
+void RichTextBox::set(Range range, QTextFormat::Property property, const QVariant &value)
 {
+    QTextCharFormat format;
+    format.setProperty(property, value);
     QTextCursor cursor = cursorOver(range);
     cursor.mergeCharFormat(format);
     for (QTextBlock block = document()->findBlock(cursor.selectionStart());

@@ -25,11 +25,10 @@ public:
     void setText(const QString &text, const QColor &color = {}, Qt::Alignment alignment = Qt::AlignLeft);
     Range all() const;
 
-    void setColor(Range range, QRgb color);
-    void setAlignment(Range range, Qt::Alignment alignment);
-    void setFontSize(Range range, double points);
+    void setColor(Range range, QRgb color) { set(range, QTextFormat::ForegroundBrush, QBrush(color)); }
+    void setFontSize(Range range, double points) { set(range, QTextFormat::FontPointSize, points); }
     /// Makes letters narrower or wider, `percent` of their own width, without changing their height.
-    void setLetterWidth(Range range, int percent);
+    void setLetterWidth(Range range, int percent) { set(range, QTextFormat::FontStretch, percent); }
     /// Draws a line `width` pixels wide along the edges of the letters, half of it on either side.
     void setOutline(Range range, QRgb color, double width);
     /// Makes every line of the text `pixels` high, the letters at its top. All letters must be of one size.
@@ -52,7 +51,7 @@ protected:
 
 private:
     QTextCursor cursorOver(Range range) const;
-    void merge(Range range, const QTextCharFormat &format);
+    void set(Range range, QTextFormat::Property property, const QVariant &value);
     bool scrolls() const;
     void matchScrolling();
 

@@ -75,10 +75,8 @@ void frmBingo::cover()
 
 void frmBingo::fill()
 {
-    RTB1->setText(QStringLiteral("\nBINGO"));
+    RTB1->setText(QStringLiteral("\nBINGO"), cyan, Qt::AlignHCenter);
     setWord(250.0);
-    RTB1->setAlignment(word, Qt::AlignHCenter);
-    RTB1->setColor(word, cyan);
     RTB1->showStart();
 }
 
@@ -115,7 +113,6 @@ void frmBingo::Timer1_Timer()
 {
     Timer1->setInterval(250);
     RTB1->setFontSize(lineBreak, 100.0);
-    RTB1->setAlignment(word, Qt::AlignHCenter);
     bFlash = !bFlash;
     if (bFlash) {
         RTB1->setColor(word, colors::white);
