@@ -7,11 +7,6 @@
 
 namespace controls {
 
-static void drawFocus(QPainter &painter, const QRect &rect)
-{
-    fillFrame(painter, rect.adjusted(1, 1, -1, -1), 2, colors::highlight);
-}
-
 ColorButton::ColorButton(QWidget *parent)
     : QPushButton(parent)
 {
@@ -36,12 +31,14 @@ void ColorButton::paintEvent(QPaintEvent *)
     const bool pressed = option.state.testFlag(QStyle::State_Sunken);
     QPainter painter(this);
     painter.fillRect(rect(), backColor());
-    if (pressed)
+    if (isFlat())
+        fillFrame(painter, rect(), 1, colors::edge);
+    else if (pressed)
         fillFrame(painter, rect(), 1, 0xFF505050, colors::white);
     else
         fillFrame(painter, rect(), 1, colors::white, 0xFF696969);
     if (option.state.testFlag(QStyle::State_HasFocus))
-        drawFocus(painter, rect());
+        fillFrame(painter, rect().adjusted(1, 1, -1, -1), 2, colors::highlight);
     painter.setPen(option.palette.color(QPalette::ButtonText));
     painter.drawText(pressed ? rect().translated(1, 1) : rect(), Qt::AlignCenter | Qt::TextDontClip, text());
 }
@@ -50,15 +47,7 @@ ColorBox::ColorBox(QWidget *parent)
     : ColorButton(parent)
 {
     setAutoDefault(false);
-}
-
-void ColorBox::paintEvent(QPaintEvent *)
-{
-    QPainter painter(this);
-    painter.fillRect(rect(), backColor());
-    fillFrame(painter, rect(), 1, colors::edge);
-    if (hasFocus())
-        drawFocus(painter, rect());
+    setFlat(true);
 }
 
 } // namespace controls

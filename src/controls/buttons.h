@@ -25,9 +25,6 @@ class ColorBox : public ColorButton
 
 public:
     explicit ColorBox(QWidget *parent = nullptr);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
 };
 
 } // namespace controls
