@@ -6,8 +6,9 @@
 #include <QTimer>
 
 #include <chrono>
-#include <memory>
+#include <functional>
 #include <utility>
+#include <vector>
 
 namespace controls {
 
@@ -62,30 +63,45 @@ static void deliverAll(const std::vector<std::function<void()>> &deliveries)
         deliver();
 }
 
-DelayedInput::DelayedInput()
-{
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    qApp->installEventFilter(this);
-}
+namespace {
 
-DelayedInput::~DelayedInput()
+class DelayedInput : public QObject
 {
-    qApp->removeEventFilter(this);
-    QApplication::restoreOverrideCursor();
-    QMetaObject::invokeMethod(
-        qApp, [deliveries = std::move(m_deliveries)] { deliverAll(deliveries); }, Qt::QueuedConnection);
-}
+public:
+    DelayedInput()
+    {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        qApp->installEventFilter(this);
+    }
 
-bool DelayedInput::eventFilter(QObject *receiver, QEvent *event)
+    ~DelayedInput() override
+    {
+        QApplication::restoreOverrideCursor();
+        QMetaObject::invokeMethod(
+            qApp, [deliveries = std::move(m_deliveries)] { deliverAll(deliveries); }, Qt::QueuedConnection);
+    }
+
+    bool eventFilter(QObject *receiver, QEvent *event) override
+    {
+        if (!isInput(receiver, event) || QApplication::activeModalWidget())
+            return false;
+        if (isClick(event))
+            m_deliveries.push_back(delivery(receiver, *static_cast<QMouseEvent *>(event)));
+        else if (!event->isPointerEvent()) // of the mouse only its clicks are kept
+            m_deliveries.push_back(delivery(receiver, *event));
+        event->ignore(); // leaves Alt+F4 to the system
+        return true;
+    }
+
+private:
+    std::vector<std::function<void()>> m_deliveries; ///< each sends one event that was kept
+};
+
+} // namespace
+
+std::unique_ptr<QObject> delayInput()
 {
-    if (!isInput(receiver, event) || QApplication::activeModalWidget())
-        return false;
-    if (isClick(event))
-        m_deliveries.push_back(delivery(receiver, *static_cast<QMouseEvent *>(event)));
-    else if (!event->isPointerEvent()) // of the mouse only its clicks are kept
-        m_deliveries.push_back(delivery(receiver, *event));
-    event->ignore(); // leaves Alt+F4 to the system
-    return true;
+    return std::make_unique<DelayedInput>();
 }
 
 } // namespace controls

@@ -97,7 +97,7 @@ void frmVoices::cListen_Click()
         return;
     oVoice->setVoice(List1->currentRow());
     oVoice->setRate(Slider1->value());
-    const controls::DelayedInput delayed;
+    const auto delayed = controls::delayInput();
     oVoice->Speak(QStringLiteral("Bee 4, Oh 62, Eye 25"), SpVoice::SVSFDefault);
 }
 
