@@ -94,27 +94,23 @@ void ComboBox::showPopup()
                                               QItemSelectionModel::NoUpdate);
 }
 
+/// Keys for a list in which nothing is selected, since the text in the box is none of its entries. A key that
+/// closes it chooses nothing; Qt would empty the box.
 bool ComboBox::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-    if (isKey && watched == view() && !view()->selectionModel()->hasSelection())
-        return unselectedListKey(static_cast<QKeyEvent &>(*event));
-    return QComboBox::eventFilter(watched, event);
-}
-
-/// A key for a list in which nothing is selected, since the text in the box is none of its entries. A key
-/// that closes it chooses nothing; Qt would empty the box. True for a key that goes no further.
-bool ComboBox::unselectedListKey(QKeyEvent &event)
-{
-    const int key = event.key();
+    if (!isKey || watched != view() || view()->selectionModel()->hasSelection())
+        return QComboBox::eventFilter(watched, event);
+    const auto &press = static_cast<const QKeyEvent &>(*event);
+    const int key = press.key();
     const bool isArrow = key == Qt::Key_Down || key == Qt::Key_Up;
     const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (isEnter || key == Qt::Key_F4 || (isArrow && event.modifiers() & Qt::AltModifier)) {
-        event.accept();
+    if (isEnter || key == Qt::Key_F4 || (isArrow && press.modifiers() & Qt::AltModifier)) {
+        event->accept();
         hidePopup();
         return true;
     }
-    if (!isArrow || event.type() == QEvent::ShortcutOverride)
+    if (!isArrow || event->type() == QEvent::ShortcutOverride)
         return false;
     view()->setCurrentIndex(model()->index(entryBeside(key == Qt::Key_Down ? Greater : Smaller), 0));
     return true;

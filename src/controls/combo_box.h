@@ -35,7 +35,6 @@ private:
 
     int entryBeside(Step step) const;
     void choose(Step step);
-    bool unselectedListKey(QKeyEvent &event);
 
     bool m_isStepping = false;
 };

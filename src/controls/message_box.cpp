@@ -51,7 +51,6 @@ static bool ask(QWidget *owner, QMessageBox::Icon icon, const QString &text, con
     box->setTextFormat(Qt::PlainText);
     layOut(*box);
     box->setDefaultButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
-    box->setEscapeButton(isQuestion ? QMessageBox::No : QMessageBox::Ok);
     for (QAbstractButton *button : box->buttons())
         button->setFocusPolicy(Qt::TabFocus); // a press on Yes that slips off leaves Enter to No
     const QPointer asking = owner;
