@@ -14,9 +14,6 @@
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
-#include <QTextEdit>
-
-#include <memory>
 
 // The client area, in twips.
 constexpr int clientWidth = 8160;
@@ -32,23 +29,6 @@ static void hidePageRange(const QPrintDialog *dialog)
     }
 }
 
-/// Lets the user choose a printer, set up for printing; null when the dialog was cancelled. It returns a
-/// printer to draw on and has no page-range fields: flags 256 and 8.
-static std::unique_ptr<QPrinter> choosePrinter(QWidget *owner, bool offerSelection)
-{
-    auto printer = std::make_unique<QPrinter>();
-    const QPointer dialog = new QPrintDialog(printer.get(), owner); // closing the owner deletes it
-    dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
-    dialog->setOption(QAbstractPrintDialog::PrintCurrentPage, false);
-    dialog->setOption(QAbstractPrintDialog::PrintSelection, offerSelection);
-    if (offerSelection)
-        dialog->setPrintRange(QAbstractPrintDialog::Selection);
-    hidePageRange(dialog);
-    const bool chosen = dialog->exec() == QDialog::Accepted && dialog;
-    delete dialog;
-    return chosen ? std::move(printer) : nullptr;
-}
-
 frmHelp::frmHelp(const QString &folder, QWidget *owner)
     : QMainWindow(owner)
     , m_folder(folder)
@@ -56,19 +36,15 @@ frmHelp::frmHelp(const QString &folder, QWidget *owner)
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
     controls::makeToolWindow(this);
-    buildControls();
-}
-
-void frmHelp::buildControls()
-{
     setMenuBar(new controls::MenuBar(this));
-    connect(buildCommand("mnuExit", "Exit"), &QAction::triggered, this, &frmHelp::mnuExit_Click);
-    connect(buildCommand("mnuPrint", "Print"), &QAction::triggered, this, &frmHelp::mnuPrint_Click);
-
-    txtHelp = new QTextEdit(this);
+    QAction *mnuExit = menuBar()->addAction(QStringLiteral("Exit"));
+    mnuExit->setObjectName(QStringLiteral("mnuExit"));
+    connect(mnuExit, &QAction::triggered, this, &frmHelp::mnuExit_Click);
+    QAction *mnuPrint = menuBar()->addAction(QStringLiteral("Print"));
+    mnuPrint->setObjectName(QStringLiteral("mnuPrint"));
+    connect(mnuPrint, &QAction::triggered, this, &frmHelp::mnuPrint_Click);
     txtHelp->setObjectName(QStringLiteral("txtHelp"));
     txtHelp->setAccessibleName(QStringLiteral("Help text"));
-    txtHelp->setAcceptRichText(false);
     txtHelp->setReadOnly(true);
     txtHelp->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtHelp->setTabChangesFocus(true);
@@ -81,14 +57,6 @@ void frmHelp::buildControls()
     const QSize design(controls::pixels(clientWidth),
                        controls::pixels(clientHeight) + menuBar()->sizeHint().height());
     setFixedSize(design.boundedTo(controls::largestSize(this)));
-}
-
-QAction *frmHelp::buildCommand(const char *name, const char *caption)
-{
-    QAction *command = menuBar()->addAction(QString::fromLatin1(caption));
-    command->setObjectName(QString::fromLatin1(name));
-    command->setMenuRole(QAction::NoRole);
-    return command;
 }
 
 void frmHelp::Form_Load()
@@ -113,16 +81,25 @@ void frmHelp::mnuExit_Click()
     close();
 }
 
+/// The dialog returns a printer to draw on and has no page-range fields: flags 256 and 8.
 void frmHelp::mnuPrint_Click()
 {
+    const bool offerSelection = txtHelp->textCursor().hasSelection();
+    auto *dialog = new QPrintDialog(this);
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
+    dialog->setOption(QAbstractPrintDialog::PrintSelection, offerSelection);
+    if (offerSelection)
+        dialog->setPrintRange(QAbstractPrintDialog::Selection);
+    hidePageRange(dialog);
     const QPointer window = this;
-    const auto printer = choosePrinter(this, txtHelp->textCursor().hasSelection());
-    if (!window)
+    const bool isChosen = dialog->exec() == QDialog::Accepted;
+    if (!window) // closed, and the dialog deleted with it
         return;
     controls::showInFront(this);
     txtHelp->setFocus();
-    if (printer)
-        SelPrint(printer.get());
+    if (isChosen)
+        SelPrint(dialog->printer());
+    delete dialog;
 }
 
 /// Prints the selected text, or the whole one when nothing is selected. A printer that fails prints nothing.

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTextEdit>
 
-class QAction;
 class QPrinter;
-class QTextEdit;
 
 /// Shows the help text, and prints it.
 class frmHelp : public QMainWindow
@@ -19,13 +18,11 @@ public:
     void Form_Load();
 
 private:
-    void buildControls();
-    QAction *buildCommand(const char *name, const char *caption);
     void showText(const QString &text);
     void mnuExit_Click();
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;
 
     QString m_folder;
-    QTextEdit *txtHelp = nullptr;
+    QTextEdit *txtHelp = new QTextEdit(this);
 };
