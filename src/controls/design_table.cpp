@@ -28,6 +28,8 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::CentredLabel: {
         auto *label = new QLabel(caption, parent);
         label->setTextFormat(Qt::PlainText);
+        if (row.points > 0.0)
+            label->setFont(sansFont(row.points, true));
         if (row.kind == Kind::CentredLabel) {
             label->setAlignment(Qt::AlignHCenter);
             label->setMinimumWidth(placed(row).width());

@@ -43,7 +43,8 @@ enum class Kind {
 };
 
 /// One control. Places and sizes are twips, measured from the top left of the client area, or of `container`
-/// for a control that lies in one. `tab` is the place in the tab order, -1 for none.
+/// for a control that lies in one. `tab` is the place in the tab order, -1 for none. A label with `points`
+/// has bold letters of that size.
 struct DesignRow
 {
     Kind kind;
@@ -55,6 +56,7 @@ struct DesignRow
     int height;
     int tab;
     const char *container = nullptr;
+    double points = 0.0;
 };
 
 /// The design's place and size in pixels.

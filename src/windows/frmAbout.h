@@ -14,7 +14,6 @@ public:
     void Form_Load();
 
 private:
-    void buildControls();
     void cOK_Click();
     void cGoTo_Click();
 };
