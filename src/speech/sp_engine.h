@@ -12,13 +12,7 @@
 namespace speech {
 
 /// The numbers of the failures that are found on this side. A service's own refusals keep its numbers.
-enum SpFailure {
-    SpNotInstalled = 1,
-    SpLost = 2,
-    SpSilent = 3,
-    SpNoVoices = 4,
-    SpNoSuchVoice = 5,
-};
+enum SpFailure { SpNotInstalled = 1, SpLost, SpSilent, SpNoVoices, SpNoSuchVoice };
 
 /// One text to speak. `voice` is a position in the list of voices, or nothing for the service's default;
 /// `rate` goes from -10 to 10.

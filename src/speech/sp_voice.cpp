@@ -188,10 +188,9 @@ void SpVoice::ping()
     m_engine->ping();
 }
 
-template <typename Function>
-void SpVoice::post(Function function)
+void SpVoice::post(const std::function<void()> &function)
 {
-    QMetaObject::invokeMethod(this, std::move(function), Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, function, Qt::QueuedConnection);
 }
 
 } // namespace speech

@@ -85,8 +85,7 @@ private:
     void signalFailure(const base::Error &error);
     void startTimeout(std::chrono::milliseconds time);
     void ping();
-    template <typename Function>
-    void post(Function function);
+    void post(const std::function<void()> &function);
 
     SpEngineFactory m_makeEngine;
     SpTimeouts m_timeouts;

@@ -15,9 +15,7 @@ namespace os {
 static QDBusMessage inhibit(const char *service, const char *path, const char *interface,
                             const QVariantList &arguments)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(QString::fromLatin1(service), QString::fromLatin1(path),
-                                       QString::fromLatin1(interface), QStringLiteral("Inhibit"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Inhibit"));
     call.setArguments(arguments);
     return call;
 }
