@@ -72,13 +72,11 @@ static QString descriptionOf(ISpObjectToken *token)
 namespace {
 
 /// Speech through Windows' own service, SAPI 5. It works on threads of its own and sets a Win32 event when
-/// there is news, which the event loop hears. Its failures keep their HRESULT, and Windows' text where it has
-/// one.
+/// there is news, which the event loop hears. Its failures keep their HRESULT.
 class SapiEngine : public SpEngine
 {
 public:
-    /// Throws Error when SAPI is not installed. COM must be ready in this thread, as it is where Qt shows
-    /// windows.
+    /// Throws Error when SAPI is not installed. COM is ready in the thread in which Qt shows windows.
     SapiEngine()
     {
         requireOk(CoCreateInstance(CLSID_SpVoice, nullptr, CLSCTX_ALL, IID_PPV_ARGS(&m_voice)));
@@ -140,8 +138,7 @@ private:
         return descriptions;
     }
 
-    /// What fails while a text is being spoken, because the loudspeaker was unplugged, say, stands in the
-    /// status alone. Signals it.
+    /// Signals what failed during a text, as when the loudspeaker is unplugged: only the status has it.
     bool isWell()
     try {
         SPVOICESTATUS status;

@@ -75,15 +75,11 @@ void SpVoice::speakNext()
 {
     if (m_speaking || m_streams.empty())
         return;
-    if (m_streams.front().text.trimmed().isEmpty())
-        endFirst(); // Some services never report the end of a blank text.
-    else if (m_voices)
-        speakFirst();
-}
-
-void SpVoice::speakFirst()
-{
     const Stream first = m_streams.front();
+    if (first.text.trimmed().isEmpty())
+        return endFirst(); // Some services never report the end of a blank text.
+    if (!m_voices)
+        return;
     if (first.voice && *first.voice >= m_voices->size()) {
         m_streams.pop_front();
         signalFailure(noSuchVoice(*first.voice));
@@ -144,10 +140,8 @@ void SpVoice::openEngine()
 
 void SpVoice::engineOpened(const QStringList &voices)
 {
-    if (voices.isEmpty()) {
-        engineFailed({SpNoVoices, QStringLiteral("The speech service has no voices.")});
-        return;
-    }
+    if (voices.isEmpty())
+        return engineFailed({SpNoVoices, QStringLiteral("The speech service has no voices.")});
     m_pingTimer.stop();
     m_voices = voices;
     post([this] { Q_EMIT VoicesKnown(); });
@@ -186,11 +180,6 @@ void SpVoice::ping()
     }
     ++m_unanswered;
     m_engine->ping();
-}
-
-void SpVoice::post(const std::function<void()> &function)
-{
-    QMetaObject::invokeMethod(this, function, Qt::QueuedConnection);
 }
 
 } // namespace speech

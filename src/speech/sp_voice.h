@@ -78,14 +78,16 @@ private:
     void engineFailed(const base::Error &error);
     void waitFor(int number);
     void speakNext();
-    void speakFirst();
     void textBegan();
     void textEnded();
     void endFirst();
     void signalFailure(const base::Error &error);
     void startTimeout(std::chrono::milliseconds time);
     void ping();
-    void post(const std::function<void()> &function);
+    void post(const std::function<void()> &function)
+    {
+        QMetaObject::invokeMethod(this, function, Qt::QueuedConnection);
+    }
 
     SpEngineFactory m_makeEngine;
     SpTimeouts m_timeouts;

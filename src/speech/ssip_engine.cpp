@@ -32,8 +32,7 @@ constexpr auto retryPause = 50ms;
 static QString socketPath()
 {
     const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
-    const QString scheme = QStringLiteral("unix_socket");
-    if (!address.isEmpty() && address.section(u':', 0, 0) != scheme)
+    if (!address.isEmpty() && address.section(u':', 0, 0) != QStringLiteral("unix_socket"))
         throw base::Error(SpNotInstalled,
                           QStringLiteral("Speech service at an unknown kind of address: ") + address);
     QString path = address.section(u':', 1);
@@ -120,10 +119,8 @@ public:
     {
         if (m_socket < 0)
             m_socket = connectedSocket(m_address);
-        if (m_socket < 0) {
-            connectionFailed();
-            return;
-        }
+        if (m_socket < 0)
+            return connectionFailed();
         m_incoming.setSocket(m_socket);
         m_incoming.setEnabled(true);
         greet();
@@ -249,8 +246,7 @@ private:
         }
     }
 
-    /// The default module's own voice, unless it speaks another language than the user and the module has a
-    /// voice for the user's.
+    /// The default module's own voice, or the one for the user's language where that voice has another.
     void chooseDefaultVoice()
     {
         const QLocale user(QLocale::system().uiLanguages().value(0));
@@ -275,18 +271,6 @@ private:
     }
 
     // ---- The protocol ----
-
-    /// The service tells of this program's texts only, and has one at a time.
-    void report(int event)
-    {
-        constexpr int begin = 701;
-        constexpr int end = 702;
-        constexpr int cancelled = 703; // by a screen reader, say: the text is over
-        if (event == begin)
-            Q_EMIT begun();
-        else if (event == end || event == cancelled)
-            Q_EMIT ended();
-    }
 
     /// Sends a setting when it changes.
     void set(const QByteArray &name, const QByteArray &value)
@@ -325,8 +309,7 @@ private:
         }
     }
 
-    /// A message is lines "123-text" and a last line "123 text", each ending in CR LF. A list of voices can
-    /// have many thousands.
+    /// A message is lines "123-text", many thousands for a list of voices, and a last line "123 text".
     void readLines()
     {
         qsizetype start = 0;
@@ -340,14 +323,20 @@ private:
         m_received.remove(0, start);
     }
 
+    /// Reports are of this program's texts only, and the service has one at a time.
     void dispatch(const Reply &message)
     {
         constexpr int receivingData = 230;
-        if (message.code / 100 == 7)
-            report(message.code);
+        constexpr int begin = 701;
+        constexpr int end = 702;
+        constexpr int cancelled = 703; // by a screen reader, say: the text is over
+        if (message.code == begin)
+            Q_EMIT begun();
+        else if (message.code == end || message.code == cancelled)
+            Q_EMIT ended();
         else if (message.code == receivingData)
             send(m_data);
-        else if (!m_commands.empty())
+        else if (message.code / 100 != 7 && !m_commands.empty())
             finishCommand(message);
     }
 
