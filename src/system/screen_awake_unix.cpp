@@ -91,18 +91,12 @@ private:
             asked->deleteLater();
             const QVariant answer = asked->reply().arguments().value(0);
             if (asked->isError() || !answer.isValid())
-                ask(calls);
-            else
-                granted(endCall(call, answer));
+                return ask(calls);
+            m_isAsking = false;
+            m_end = endCall(call, answer);
+            if (!m_isWanted)
+                end();
         });
-    }
-
-    void granted(const QDBusMessage &end)
-    {
-        m_isAsking = false;
-        m_end = end;
-        if (!m_isWanted)
-            this->end();
     }
 
     void end()
