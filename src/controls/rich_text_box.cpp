@@ -50,11 +50,6 @@ void RichTextBox::setText(const QString &text, const QColor &color, Qt::Alignmen
     showStart();
 }
 
-RichTextBox::Range RichTextBox::all() const
-{
-    return {0, document()->characterCount() - 1}; // the last one ends the document
-}
-
 QTextCursor RichTextBox::cursorOver(Range range) const
 {
     QTextCursor cursor(document());
@@ -79,8 +74,7 @@ void RichTextBox::setLineHeight(int pixels)
     cursorOver(all()).mergeBlockFormat(format);
 }
 
-/// A line without text keeps its format in its block. Qt lays such a block out afresh only when it is told
-/// to.
+/// A line without text keeps its format in its block, which Qt lays out afresh only when it is told to.
 void RichTextBox::set(Range range, QTextFormat::Property property, const QVariant &value)
 {
     QTextCharFormat format;
@@ -135,11 +129,6 @@ void RichTextBox::matchScrolling()
     bar->setMaximum(std::max(bar->maximum(), leader->maximum()));
     bar->setValue(leader->value());
     viewport()->update();
-}
-
-bool RichTextBox::scrolls() const
-{
-    return verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff;
 }
 
 void RichTextBox::paintEvent(QPaintEvent *event)

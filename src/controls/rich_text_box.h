@@ -23,7 +23,7 @@ public:
     /// Replaces the text, of which the beginning is shown; it is in the box's own font. Without a colour it
     /// is black, and grey while the box is disabled.
     void setText(const QString &text, const QColor &color = {}, Qt::Alignment alignment = Qt::AlignLeft);
-    Range all() const;
+    Range all() const { return {0, document()->characterCount() - 1}; } // the last one ends the document
 
     void setColor(Range range, QRgb color) { set(range, QTextFormat::ForegroundBrush, QBrush(color)); }
     void setFontSize(Range range, double points) { set(range, QTextFormat::FontPointSize, points); }
@@ -52,7 +52,7 @@ protected:
 private:
     QTextCursor cursorOver(Range range) const;
     void set(Range range, QTextFormat::Property property, const QVariant &value);
-    bool scrolls() const;
+    bool scrolls() const { return verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff; }
     void matchScrolling();
 
     RichTextBox *m_leader = nullptr;

@@ -49,11 +49,6 @@ void frmAbout::Form_Load()
     controls::centreOnScreen(this);
 }
 
-void frmAbout::cOK_Click()
-{
-    close();
-}
-
 void frmAbout::cGoTo_Click()
 {
     QDesktopServices::openUrl(QUrl(QString::fromUtf8(publisher::address)));

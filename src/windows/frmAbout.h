@@ -14,6 +14,6 @@ public:
     void Form_Load();
 
 private:
-    void cOK_Click();
+    void cOK_Click() { close(); }
     void cGoTo_Click();
 };

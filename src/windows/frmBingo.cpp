@@ -91,12 +91,6 @@ void frmBingo::setWord(double points)
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * RTB1->width() / width), 1, 100));
 }
 
-/// The focus stays here, also where this is a part of the owner.
-bool frmBingo::focusNextPrevChild(bool)
-{
-    return true;
-}
-
 void frmBingo::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
@@ -131,9 +125,4 @@ bool frmBingo::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::MouseButtonRelease)
         RTB1_Click();
     return QWidget::eventFilter(watched, event);
-}
-
-void frmBingo::RTB1_Click()
-{
-    close();
 }

@@ -28,14 +28,14 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-    bool focusNextPrevChild(bool next) override;
+    bool focusNextPrevChild(bool) override { return true; } // the focus stays, also in a part of the owner
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void setWord(double points);
     void Form_Resize();
     void Timer1_Timer();
-    void RTB1_Click();
+    void RTB1_Click() { close(); }
 
     bool bFlash = false; // the word is white
     int iFlashStep = 0;  // 0 to 6

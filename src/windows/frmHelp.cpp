@@ -76,11 +76,6 @@ void frmHelp::showText(const QString &text)
     txtHelp->setPlainText(text);
 }
 
-void frmHelp::mnuExit_Click()
-{
-    close();
-}
-
 /// The dialog returns a printer to draw on and has no page-range fields: flags 256 and 8.
 void frmHelp::mnuPrint_Click()
 {

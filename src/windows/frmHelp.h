@@ -19,7 +19,7 @@ public:
 
 private:
     void showText(const QString &text);
-    void mnuExit_Click();
+    void mnuExit_Click() { close(); }
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;
 
