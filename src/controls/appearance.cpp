@@ -89,16 +89,13 @@ public:
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *data) const override
     {
-        switch (hint) {
-        case SH_DialogButtonBox_ButtonsHaveIcons:
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
             return 0;
-        case SH_DialogButtonLayout:
+        if (hint == SH_DialogButtonLayout)
             return QDialogButtonBox::WinLayout; // Yes before No
-        case SH_UnderlineShortcut:
+        if (hint == SH_UnderlineShortcut)
             return 1;
-        default:
-            return QProxyStyle::styleHint(hint, option, widget, data);
-        }
+        return QProxyStyle::styleHint(hint, option, widget, data);
     }
 };
 
@@ -130,8 +127,7 @@ static QPalette lightPalette()
     return palette;
 }
 
-/// The first family that is installed; the first of all where none is. Qt itself, given several, would rank
-/// every font of the system.
+/// The first installed family, or else the first. Qt, given several, would rank every font of the system.
 static QString firstInstalled(const QStringList &families)
 {
     const QStringList installed = QFontDatabase::families();

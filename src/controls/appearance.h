@@ -25,8 +25,7 @@ inline constexpr QRgb highlight = 0xFF0A64AD;
 
 namespace controls {
 
-/// Gives the program the one look that it has on every desktop: Fusion style, a light palette, the default
-/// font. Call it once, before the first window is made.
+/// Gives the program the one look that it has on every desktop. Call it before the first window is made.
 void applyAppearance(QApplication &application);
 
 /// The font of plain controls, "MS Sans Serif" or a face of the same widths, in points. Where a screen has a
@@ -36,9 +35,8 @@ QFont sansFont(double points = 8.0, bool bold = false);
 /// The font of the displays, "Courier New" or a face of the same widths, in points.
 QFont displayFont(double points, bool bold = true);
 
-/// Fills a frame `width` pixels wide, just inside the bounds of `region`, all in the first colour where no
-/// second is given. Its sides are whole device pixels and equally wide at any scale, at which the lines of a
-/// pen may vanish.
+/// Fills a frame `width` pixels wide just inside the bounds of `region`. Its sides are whole device pixels
+/// and equally wide at any scale, at which the lines of a pen may vanish.
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                QColor bottomRight = {});
 

@@ -6,11 +6,9 @@ namespace controls {
 
 class TextBox;
 
-/// A combo box that the mouse wheel changes only while it has the focus. A click gives the focus only to one
-/// that is editable.
-///
-/// The entries of an editable one are numbers, the smallest first. Arrow keys, the wheel and the list start
-/// from the text in the box, not from the entry that was chosen last.
+/// A combo box that the mouse wheel changes only while it has the focus, which a click gives to one that is
+/// editable. The entries of an editable one are numbers, the smallest first. Arrow keys, the wheel and the
+/// list start from the text in the box, not from the entry that was chosen last.
 class ComboBox : public QComboBox
 {
     Q_OBJECT

@@ -15,8 +15,7 @@
 
 namespace controls {
 
-/// Wide enough for the whole title, which the desktop writes in a font of its own, between an icon and three
-/// buttons.
+/// Wide enough for the title, in whatever font the desktop writes it, between an icon and three buttons.
 static int titleWidth(const QMessageBox &box)
 {
     QFont bold = box.font();

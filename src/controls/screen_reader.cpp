@@ -26,8 +26,7 @@ public:
 
 } // namespace
 
-/// What screen readers are told of controls that Qt describes wrongly: it calls a display of numbers a page
-/// of text.
+/// For controls that Qt describes wrongly: it calls a display of numbers a page of text, for one.
 static QAccessibleInterface *makeInterface(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);

@@ -7,9 +7,8 @@ namespace controls {
 /// The character code of Enter.
 inline constexpr int enter = 13;
 
-/// A one-line text box that shows each typed character to its owner before it takes it. Where a text with
-/// line breaks is pasted or dropped, its first line that is not empty is entered, and the others are left
-/// out.
+/// A one-line text box that shows each typed character to its owner before it takes it. Of a pasted or
+/// dropped text with line breaks it enters the first line that is not empty, and leaves out the others.
 class TextBox : public QLineEdit
 {
     Q_OBJECT

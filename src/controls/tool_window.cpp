@@ -15,8 +15,7 @@
 
 namespace controls {
 
-/// What the desktop puts around a window. It is known of windows on screen only, so it is taken from the
-/// owner.
+/// What the desktop puts around a window, as around its owner: it is known of windows on screen only.
 static QMargins frameOf(const QWidget *window)
 {
     const QWindow *owner = window->parentWidget()->window()->windowHandle();
