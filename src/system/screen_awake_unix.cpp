@@ -12,10 +12,11 @@
 
 namespace os {
 
-static QDBusMessage inhibit(const char *service, const char *path, const char *interface,
-                            const QVariantList &arguments)
+static QDBusMessage inhibit(const char *service, const char *path, const QVariantList &arguments,
+                            const char *interface = nullptr)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Inhibit"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface ? interface : service,
+                                                       QStringLiteral("Inhibit"));
     call.setArguments(arguments);
     return call;
 }
@@ -29,19 +30,17 @@ static QList<QDBusMessage> inhibitCalls()
     const QString reason = QStringLiteral("The numbers of a Bingo game are called");
     constexpr uint idle = 8; // of the flags that say what is inhibited
     constexpr const char *saver = "org.freedesktop.ScreenSaver";
-    constexpr const char *xfce = "org.xfce.ScreenSaver";
-    constexpr const char *session = "org.gnome.SessionManager";
     QList<QDBusMessage> calls{
-        inhibit(saver, "/org/freedesktop/ScreenSaver", saver, {program, reason}),
-        inhibit(saver, "/ScreenSaver", saver, {program, reason}),
-        inhibit(xfce, "/org/xfce/ScreenSaver", xfce, {program, reason}),
-        inhibit(session, "/org/gnome/SessionManager", session, {program, 0U, reason, idle}),
+        inhibit(saver, "/org/freedesktop/ScreenSaver", {program, reason}),
+        inhibit(saver, "/ScreenSaver", {program, reason}),
+        inhibit("org.xfce.ScreenSaver", "/org/xfce/ScreenSaver", {program, reason}),
+        inhibit("org.gnome.SessionManager", "/org/gnome/SessionManager", {program, 0U, reason, idle}),
     };
     for (QDBusMessage &call : calls)
         call.setAutoStartService(false); // another desktop's screen saver may be installed
     return calls << inhibit("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                            "org.freedesktop.portal.Inhibit",
-                            {QString(), idle, QVariantMap{{QStringLiteral("reason"), reason}}});
+                            {QString(), idle, QVariantMap{{QStringLiteral("reason"), reason}}},
+                            "org.freedesktop.portal.Inhibit");
 }
 
 /// The call that ends what `call` was granted with `answer`: a cookie, or the portal's object.
