@@ -5,14 +5,11 @@
 #include <QPointer>
 #include <QTimer>
 
-#include <chrono>
 #include <functional>
 #include <utility>
 #include <vector>
 
 namespace controls {
-
-constexpr std::chrono::milliseconds retryPause(50);
 
 /// Input as it comes from the system, before a window hands it to one of its controls, and the shortcuts that
 /// Qt has already made of it.
@@ -55,10 +52,8 @@ static std::function<void()> delivery(const QPointer<QObject> &receiver, const Q
 /// Waits while a message box is open: the windows under it would take nothing.
 static void deliverAll(const std::vector<std::function<void()>> &deliveries)
 {
-    if (QApplication::activeModalWidget()) {
-        QTimer::singleShot(retryPause, qApp, [deliveries] { deliverAll(deliveries); });
-        return;
-    }
+    if (QApplication::activeModalWidget())
+        return QTimer::singleShot(50, qApp, [deliveries] { deliverAll(deliveries); });
     for (const auto &deliver : deliveries)
         deliver();
 }

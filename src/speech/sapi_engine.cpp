@@ -91,7 +91,11 @@ public:
 
     void open() override
     try {
-        listen();
+        const ULONGLONG events = SPFEI(SPEI_START_INPUT_STREAM) | SPFEI(SPEI_END_INPUT_STREAM);
+        requireOk(m_voice->SetInterest(events, events));
+        requireOk(m_voice->SetNotifyWin32Event());
+        m_news.setHandle(m_voice->GetNotifyEventHandle());
+        m_news.setEnabled(true);
         requireOk(m_voice->SetAlertBoundary(SPEI_PHONEME));
         Q_EMIT opened(listVoices());
     } catch (const base::Error &error) {
@@ -116,15 +120,6 @@ public:
     }
 
 private:
-    void listen()
-    {
-        const ULONGLONG events = SPFEI(SPEI_START_INPUT_STREAM) | SPFEI(SPEI_END_INPUT_STREAM);
-        requireOk(m_voice->SetInterest(events, events));
-        requireOk(m_voice->SetNotifyWin32Event());
-        m_news.setHandle(m_voice->GetNotifyEventHandle());
-        m_news.setEnabled(true);
-    }
-
     QStringList listVoices()
     {
         ComPtr<IEnumSpObjectTokens> tokens;

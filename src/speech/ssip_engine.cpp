@@ -26,7 +26,6 @@ namespace speech {
 using namespace std::chrono_literals;
 
 constexpr char listOfVoices[] = "LIST SYNTHESIS_VOICES";
-constexpr auto retryPause = 50ms;
 
 /// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
 static QString socketPath()
@@ -179,7 +178,7 @@ private:
         if (startFailed && --m_triesLeft == 0)
             Q_EMIT failed({SpNotInstalled, startError()});
         else
-            QTimer::singleShot(retryPause, this, &SsipEngine::open);
+            QTimer::singleShot(50ms, this, &SsipEngine::open);
     }
 
     void startService()
