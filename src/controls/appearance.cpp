@@ -175,11 +175,11 @@ QFont sansFont(double points, bool bold)
     return fontOf(family, QFont::SansSerif, points, bold);
 }
 
-QFont displayFont(double points, bool bold)
+QFont displayFont(double points)
 {
     static const QString family = firstInstalled(
         {QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"), QStringLiteral("Cousine")});
-    return fontOf(family, QFont::Monospace, points, bold);
+    return fontOf(family, QFont::Monospace, points, true);
 }
 
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft, QColor bottomRight)

@@ -32,11 +32,12 @@ void applyAppearance(QApplication &application);
 /// scale it has no hinting, so ask for it again when the scale has changed.
 QFont sansFont(double points = 8.0, bool bold = false);
 
-/// The font of the displays, "Courier New" or a face of the same widths, in points.
-QFont displayFont(double points, bool bold = true);
+/// The font of the displays, bold "Courier New" or a face of the same widths, in points.
+QFont displayFont(double points);
 
-/// Fills a frame `width` pixels wide just inside the bounds of `region`. Its sides are whole device pixels
-/// and equally wide at any scale, at which the lines of a pen may vanish.
+/// Fills a frame `width` pixels wide, just inside the bounds of `region`, all in the first colour where no
+/// second is given. Its sides are whole device pixels and equally wide at any scale, at which the lines of a
+/// pen may vanish.
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                QColor bottomRight = {});
 

@@ -12,13 +12,14 @@
 
 namespace controls {
 
+constexpr bool isWindows = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows;
+
 /// The modifiers that make a key a command. AltGr does not; Windows reports it as Ctrl and Alt.
 static Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers held =
         event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier);
-    const bool isAltGr = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows &&
-                         held == (Qt::AltModifier | Qt::ControlModifier);
+    const bool isAltGr = isWindows && held == (Qt::AltModifier | Qt::ControlModifier);
     return isAltGr ? Qt::NoModifier : held;
 }
 
@@ -26,7 +27,6 @@ static Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
 /// them, where the key types a letter that is not Latin; else what it types.
 static QChar shownCharacter(const QKeyEvent &event)
 {
-    const bool isWindows = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows;
     const quint32 place = event.nativeScanCode() - (isWindows ? 0 : 8); // X11 and Wayland count from 8
     const QChar typed = event.text().front();
     const bool isForeign = typed.script() > QChar::Script_Latin;
