@@ -5,10 +5,9 @@
 
 namespace controls {
 
-/// The menu bar of a window. F10 leads into it and out of it, as Alt does.
-///
-/// A timer must not move the focus while the keyboard is in a bar: the next key would act on what the user
-/// does not look at. It waits for `left`.
+/// The menu bar of a window. F10 leads into it and out of it, as Alt does. A timer must not move the focus
+/// while the keyboard is in it, for the next key would act on what the user does not look at: it waits for
+/// `left`.
 class MenuBar : public QMenuBar
 {
     Q_OBJECT

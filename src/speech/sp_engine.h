@@ -33,11 +33,9 @@ class SpEngine : public QObject
 public:
     /// Called once, first. Answered by opened() or failed().
     virtual void open() = 0;
-
     /// Called after opened() and after the ended() of the text before; `text` holds more than blanks.
     /// Answered by begun() and ended(), or by failed().
     virtual void speak(const SpText &text) = 0;
-
     /// Asks for a sign of life: alive(), which a service that hangs does not give.
     virtual void ping() = 0;
 

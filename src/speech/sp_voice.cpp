@@ -19,15 +19,14 @@ static base::Error noSuchVoice(qsizetype position)
     return {SpNoSuchVoice, QStringLiteral("There is no voice number %1.").arg(position + 1)};
 }
 
-SpVoice::SpVoice(QObject *parent)
+SpVoice::SpVoice()
     // The first window is painted before a service that has to be started competes with it.
-    : SpVoice(s_systemEngine, {.beforeOpening = std::chrono::milliseconds(150)}, parent)
+    : SpVoice(s_systemEngine, {.beforeOpening = std::chrono::milliseconds(150)})
 {
 }
 
-SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent)
-    : QObject(parent)
-    , m_makeEngine(std::move(makeEngine))
+SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts)
+    : m_makeEngine(std::move(makeEngine))
     , m_timeouts(timeouts)
 {
     m_pingTimer.setInterval(m_timeouts.ping);

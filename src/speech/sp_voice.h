@@ -37,25 +37,19 @@ public:
     };
 
     /// Starts to open the system's speech service and returns. Throws Error when none is installed.
-    explicit SpVoice(QObject *parent = nullptr);
-    SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts, QObject *parent = nullptr);
-
+    SpVoice();
+    SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts);
     /// For tests: what voices made from now on speak through, instead of the system's service.
     static void setSystemEngine(SpEngineFactory makeEngine) { s_systemEngine = std::move(makeEngine); }
-
     /// True while any voice is in a Speak that waits.
     static bool isWaiting() { return s_waiting > 0; }
-
     /// The descriptions of the installed voices, in the order of their positions. Empty until VoicesKnown.
     QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
-
     /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
     /// is known and has no such position; else the texts that are spoken with it fail.
     void setVoice(qsizetype position);
-
     /// The speed of the texts that follow, clamped to -10 to 10.
     void setRate(int rate) { m_rate = std::clamp(rate, -10, 10); }
-
     /// Queues `text` and returns the number of its stream, 1 or more. Without SVSFlagsAsync it then runs an
     /// event loop until the text has been spoken or lost. Throws Error when no service is installed.
     int Speak(const QString &text, int flags);
