@@ -74,20 +74,11 @@ void RichTextBox::setLineHeight(int pixels)
     cursorOver(all()).mergeBlockFormat(format);
 }
 
-/// A line without text keeps its format in its block, which Qt lays out afresh only when it is told to.
 void RichTextBox::set(Range range, QTextFormat::Property property, const QVariant &value)
 {
     QTextCharFormat format;
     format.setProperty(property, value);
-    QTextCursor cursor = cursorOver(range);
-    cursor.mergeCharFormat(format);
-    for (QTextBlock block = document()->findBlock(cursor.selectionStart());
-         block.isValid() && block.position() < cursor.selectionEnd(); block = block.next()) {
-        if (block.length() > 1)
-            continue;
-        QTextCursor(block).mergeBlockCharFormat(format);
-        document()->markContentsDirty(block.position(), block.length());
-    }
+    cursorOver(range).mergeCharFormat(format);
 }
 
 QRgb RichTextBox::colorAt(int position) const

@@ -37,7 +37,6 @@ constexpr struct { double points; QRgb color; } steps[] = {
 
 constexpr int lastStep = 6;
 constexpr QRgb cyan = 0xFF00FFFF;
-constexpr controls::RichTextBox::Range lineBreak{0, 1};
 constexpr controls::RichTextBox::Range word{1, 5};
 
 frmBingo::frmBingo(QWidget *owner)
@@ -106,7 +105,7 @@ void frmBingo::Form_Resize()
 void frmBingo::Timer1_Timer()
 {
     Timer1->setInterval(250);
-    RTB1->setFontSize(lineBreak, 100.0);
+    RTB1->setFont(controls::displayFont(100.0)); // of the blank line above
     bFlash = !bFlash;
     if (bFlash) {
         RTB1->setColor(word, colors::white);
