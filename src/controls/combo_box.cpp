@@ -32,8 +32,7 @@ TextBox *ComboBox::makeEditable()
     return box;
 }
 
-/// The entry nearest to the number in the box on one side; -1 when there is none. A text that is no number
-/// counts as 0.
+/// The nearest entry on one side of the number in the box (0 where that is no number); -1 when there is none.
 int ComboBox::entryBeside(Step step) const
 {
     const double number = base::parseNumber(currentText()).value_or(0.0);

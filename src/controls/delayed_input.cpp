@@ -11,8 +11,7 @@
 
 namespace controls {
 
-/// Input as it comes from the system, before a window hands it to one of its controls, and the shortcuts that
-/// Qt has already made of it.
+/// What the system sends to a window, and the shortcuts that Qt has already made of it.
 static bool isInput(const QObject *receiver, const QEvent *event)
 {
     if (event->type() == QEvent::Shortcut)

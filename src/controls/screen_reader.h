@@ -19,8 +19,7 @@ public:
     explicit ScreenReader(QWidget *window);
     /// Says a sentence once, when the running handler has ended and no question is open.
     void say(const QString &sentence);
-    /// Says nothing until `window`, which is being shown, is in front: screen readers break off when another
-    /// window comes to the front.
+    /// Says nothing until `window` is in front: screen readers break off when a window comes to the front.
     void waitFor(QWidget *window) { m_opening = window; }
 
 private:

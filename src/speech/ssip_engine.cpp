@@ -72,8 +72,7 @@ static QByteArray loginName()
     return user ? user->pw_name : "user";
 }
 
-/// A text as the protocol wants it: lines end in CR LF, a point at the start of one is doubled, and a line
-/// with a point alone ends it all.
+/// A text as the protocol wants it: a point at the start of a line is doubled, a point alone ends it all.
 static QByteArray dataLines(const QString &text)
 {
     QByteArray data;
