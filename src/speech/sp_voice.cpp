@@ -36,7 +36,7 @@ SpVoice::SpVoice(SpEngineFactory makeEngine, const SpTimeouts &timeouts)
 
 void SpVoice::setVoice(qsizetype position)
 {
-    if (position < 0 || (m_voices && position >= m_voices->size()))
+    if (position < 0 || (!m_voices.isEmpty() && position >= m_voices.size()))
         throw noSuchVoice(position);
     m_voice = position;
 }
@@ -77,9 +77,9 @@ void SpVoice::speakNext()
     const Stream first = m_streams.front();
     if (first.text.trimmed().isEmpty())
         return endFirst(); // Some services never report the end of a blank text.
-    if (!m_voices)
+    if (m_voices.isEmpty())
         return;
-    if (first.voice && *first.voice >= m_voices->size()) {
+    if (first.voice && *first.voice >= m_voices.size()) {
         m_streams.pop_front();
         signalFailure(noSuchVoice(*first.voice));
         post([this] { speakNext(); });
@@ -153,8 +153,8 @@ void SpVoice::engineFailed(const base::Error &error)
     m_speaking = false;
     m_engine->disconnect(this);
     m_engine.release()->deleteLater(); // This may be a call from inside it.
-    const bool isNoticed = !m_voices || !m_streams.empty();
-    m_voices.reset();
+    const bool isNoticed = m_voices.isEmpty() || !m_streams.empty();
+    m_voices.clear();
     m_streams.clear();
     if (isNoticed)
         signalFailure(error);

@@ -44,7 +44,7 @@ public:
     /// True while any voice is in a Speak that waits.
     static bool isWaiting() { return s_waiting > 0; }
     /// The descriptions of the installed voices, in the order of their positions. Empty until VoicesKnown.
-    QStringList GetVoices() const { return m_voices.value_or(QStringList()); }
+    QStringList GetVoices() const { return m_voices; }
     /// The voice of the texts that follow; the service's default until one is set. Throws Error when the list
     /// is known and has no such position; else the texts that are spoken with it fail.
     void setVoice(qsizetype position);
@@ -86,8 +86,8 @@ private:
     SpEngineFactory m_makeEngine;
     SpTimeouts m_timeouts;
     std::unique_ptr<SpEngine> m_engine;
-    std::optional<QStringList> m_voices; ///< known once the engine is open
-    std::deque<Stream> m_streams;        ///< the first one is being spoken when m_speaking
+    QStringList m_voices;         ///< empty until the engine is open
+    std::deque<Stream> m_streams; ///< the first one is being spoken when m_speaking
     bool m_speaking = false;
     std::optional<qsizetype> m_voice;
     int m_rate = 0;
