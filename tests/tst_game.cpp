@@ -16,10 +16,7 @@ const std::pair<const char *, const char *> scripts[] = {
     {"nothing left to draw",
      "click cDemoButt(3), enter 16, type rrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, type r, click chkAutoCall, "
      "seconds 2, seconds 2, click cPause, answers Y, click cButt(61), click cRandNum, click cmdClear"},
-};
-
-/// What the rules do not say: the list of sizes, and the menu bar.
-const std::pair<const char *, const char *> moments[] = {
+    // What the rules do not say: the list of sizes, the screen, and the menu bar.
     {"an arrow takes the next size", "font 37, key Up, sees points 36"},
     {"there is none after the last", "font 60, key Down, sees iFontSize 60"},
     {"a list without a mark gives none", "font 37, key Alt+Down, key Return, sees iFontSize 37"},
@@ -46,7 +43,7 @@ QString anyStep(const Rules &rules, std::mt19937 &chance)
          any + "click cButt(%75), click cButt(%75), click cDemoButt(%21), click cRandNum, click cmdClear, "
                "click cmdClear, click chkMakeVoiceCall, click cBingo, enter %75, enter %75, enter n%75, "
                "enter B.9, enter 75.4, enter 2.5, enter 3.5, enter +1.2E+1, enter N 4, enter 75.5, enter -3, "
-               "enter , enter BX, enter nan, enter 0x10, enter B-3, enter 1e99, enter ٣١, enter ı25, type r, "
+               "enter , enter BX, enter nan, enter 0x10, enter B-3, enter 1e99, enter ı25, type r, "
                "type P, type 1, type x, size 12.5, size 3, size 250, size abc, choose iFontSize 40, choose "
                "cboSec 5, choose cboSec 20, choose mnuShaddow, choose mnuHelp, choose mnuAbout, choose "
                "mnuSpeak, slip cButt(%75), slip cDemoButt(%21), slip cPause"},
@@ -83,10 +80,8 @@ private Q_SLOTS:
     void games()
     {
         QFETCH(QString, script);
-        Room room;
         Rules rules(EXPECTED "patterns.txt");
-        const QString wrong = room.play(script, rules);
-        QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+        Room().play(script, script.contains("sees") ? nullptr : &rules);
     }
 
     /// Everything at any time: GAMES games, the first from SEED or a new one.
@@ -103,24 +98,8 @@ private Q_SLOTS:
         Room room;
         Rules rules(EXPECTED "patterns.txt");
         std::mt19937 chance(seed);
-        QStringList script;
-        for (QString wrong; script.size() < 60;) {
-            script += anyStep(rules, chance);
-            wrong = room.play(script.last(), rules);
-            QVERIFY2(wrong.isEmpty(), qPrintable(wrong + "\nin " + script.join(", ")));
-        }
-    }
-
-    void moments_data()
-    {
-        QTest::addColumn<QString>("script");
-        for (const auto &[fault, script] : ::moments)
-            QTest::newRow(fault) << script;
-    }
-    void moments()
-    {
-        QFETCH(QString, script);
-        Room().play(script);
+        for (int step = 0; step < 60 && !QTest::currentTestFailed(); ++step)
+            room.play(anyStep(rules, chance), &rules);
     }
 
     /// A call, and the countdown, is on the screen when its press or tick returns, before anything is said.

@@ -9,30 +9,6 @@
 /// of its own.
 using Facts = QMap<QString, QString>;
 
-/// One thing that a caller does: "choose cboSec 5" has a verb, a name and a value, "click cButt(33)" an
-/// index.
-struct Step
-{
-    explicit Step(const QString &text)
-        : verb(text.section(' ', 0, 0))
-        , what(text.section(' ', 1))
-        , name(what.section(' ', 0, 0))
-        , value(what.section(' ', 1))
-        , array(name.section('(', 0, 0))
-        , index(name.section('(', 1).remove(')').toInt())
-    {
-    }
-    QString verb, what, name, value, array;
-    int index;
-};
-
-/// The letters of the columns that a pattern takes out of play, and the cells of its forms.
-struct Pattern
-{
-    QString caption, shadow;
-    QStringList forms;
-};
-
 /// The rules of the game a second time, without a line of the program: what each step leads to.
 class Rules
 {
@@ -43,46 +19,47 @@ public:
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
             qFatal("no patterns");
-        for (const QString &line : QString(file.readAll()).split('\n', Qt::SkipEmptyParts)) {
-            QStringList parts = line.section(' ', 1).split("; ");
-            m_patterns += {parts[0], parts[1], parts[2].remove(' ').split('/')};
-        }
+        for (const QString &line : QString(file.readAll()).split('\n', Qt::SkipEmptyParts))
+            m_patterns += line.section(' ', 1).split("; ");
     }
-    void play(const Step &step)
+    /// Takes a step of a script: "click cButt(33)", "choose cboSec 5".
+    void play(const QString &step)
     {
+        const QString verb = step.section(' ', 0, 0), what = step.section(' ', 1);
+        const QString name = what.section(' ', 0, 0), value = what.section(' ', 1);
+        const QString array = name.section('(', 0, 0);
+        const int index = name.section('(', 1).remove(')').toInt();
         const QHash<QString, std::function<void()>> actions{
-            {"click cButt", [&] { number(step.index); }},
-            {"click cDemoButt", [&] { selectPattern(step.index); }},
-            {"click tDemo", [&] { turn(step.index); }},
+            {"click cButt", [&] { number(index); }},
+            {"click cDemoButt", [&] { selectPattern(index); }},
+            {"click tDemo", [&] { turn(index); }},
             {"click cRandNum", [&] { draw(); }},
             {"click chkAutoCall", [&] { startCalls(!isOn("chkAutoCall")); }},
             {"click cPause", [&] { playOrPause(); }},
             {"click cmdClear", [&] { clear(); }},
             {"click cBingo", [&] { pause(), focusOn("Text1"), front("frmBingo"); }},
-            {"click chkMakeVoiceCall", [&] { flip(step.name, "Make Voice Calls"), focusOn("Text1"); }},
-            {"click frmBingo", [&] { close(step.name), add("said", "BINGO closed"); }},
+            {"click chkMakeVoiceCall", [&] { flip(name, "Make Voice Calls"), focusOn("Text1"); }},
+            {"click frmBingo", [&] { close(name), add("said", "BINGO closed"); }},
             {"click cOK", [&] { close("frmAbout"); }},
-            {"choose mnuShaddow", [&] { flip(step.name, "Shaddow Buttons"); }},
+            {"choose mnuShaddow", [&] { flip(name, "Shaddow Buttons"); }},
             {"choose mnuHelp", [&] { front("frmHelp"); }},
             {"choose mnuAbout", [&] { front("frmAbout"); }},
             {"choose mnuSpeak", [&] { front("frmVoices"); }},
-            {"choose cboSec", [&] { setInterval(step.value); }},
-            {"choose iFontSize", [&] { setFontSize(step.value); }},
-            {"size", [&] { setFontSize(step.what); }},
-            {"type", [&] { type(step.what); }},
-            {"enter", [&] { type(step.what + '\r'); }},
-            {"close", [&] { close(step.name); }},
-            {"answers", [&] { m_answer = step.what; }},
-            {"draws", [&] { m_fraction = step.what.toDouble(); }},
+            {"choose cboSec", [&] { setInterval(value); }},
+            {"choose iFontSize", [&] { setFontSize(value); }},
+            {"size", [&] { setFontSize(what); }},
+            {"type", [&] { type(what); }},
+            {"enter", [&] { type(what + '\r'); }},
+            {"close", [&] { close(name); }},
+            {"answers", [&] { m_answer = what; }},
+            {"draws", [&] { m_fraction = what.toDouble(); }},
             {"seconds", [&] { second(); }},
             {"frames", [&] { nextForm(); }},
         };
-        const bool isMain = step.name != "frmBingo" && step.name != "cOK";
-        if (isMain && QString("click slip choose size").contains(step.verb))
+        if (QString("click slip choose size").contains(verb) && name != "frmBingo" && name != "cOK")
             front("frmMain");
-        const bool isRepeated = step.verb == "seconds" || step.verb == "frames";
-        for (int times = isRepeated ? step.what.toInt() : 1; times > 0; --times)
-            actions.value(step.verb + ' ' + step.array, actions.value(step.verb, [] {}))();
+        for (int times = verb == "seconds" || verb == "frames" ? what.toInt() : 1; times > 0; --times)
+            actions.value(verb + ' ' + array, actions.value(verb, [] {}))();
     }
 
     /// What must be seen now, and what must have been said since the last time.
@@ -99,7 +76,7 @@ public:
                 spoken(n) + (m_called.count(n) ? ", called #a0a0a0" : ", not called #f0f0f0");
         for (int id = 1; id <= 21; ++id)
             all[QString("cDemoButt(%1) in words").arg(id)] =
-                m_patterns[id - 1].caption + (id == m_pattern ? " pattern, selected" : " pattern");
+                m_patterns[id][0] + (id == m_pattern ? " pattern, selected" : " pattern");
         for (int row = 1, i = 0; row <= 5; ++row) {
             QString lit;
             for (const QChar letter : QString("BINGO")) {
@@ -230,10 +207,8 @@ private:
                 playOrPause();
         }
     }
-    void enter(QString text)
+    void enter(const QString &text)
     {
-        for (QChar &sign : text)
-            sign = sign.isDigit() ? QChar('0' + sign.digitValue()) : sign;
         const bool hasLetter = !text.isEmpty() && QString("BINGOİı").contains(text[0].toUpper());
         bool isNumber = false;
         const double value = (hasLetter ? text.mid(1, 2) : text).trimmed().toDouble(&isNumber);
@@ -294,21 +269,20 @@ private:
     {
         put(m_pattern == id ? 0 : id);
         focusOn("Text1");
-        const Pattern &pattern = m_patterns[id - 1];
-        add("said", pattern.caption + (m_pattern != id    ? " put away"
-                                       : m_called.empty() ? ", all columns in play"
-                                                          : ", columns " + pattern.shadow + " out of play"));
+        const QString caption = m_patterns[id][0], columns = m_patterns[id][1];
+        add("said", caption + (m_pattern != id    ? " put away"
+                               : m_called.empty() ? ", all columns in play"
+                                                  : ", columns " + columns + " out of play"));
     }
     void put(int id)
     {
-        const Pattern pattern = m_patterns.value(id - 1);
         m_pattern = id;
-        m_forms = pattern.forms;
+        m_forms = QString(m_patterns[id][2]).remove(' ').split('/');
         m_card = m_forms.size() == 1 ? m_forms[0] : QString(25, '.');
         now["next form"] = m_forms.size() > 1 ? "100" : "";
         m_called.clear();
         for (int n = 1; n <= 75; ++n) {
-            if (isOn("mnuShaddow") && pattern.shadow.contains(label(n)[0]))
+            if (isOn("mnuShaddow") && m_patterns[id][1].contains(label(n)[0]))
                 m_called.insert(n);
         }
     }
@@ -326,13 +300,11 @@ private:
         add("said", cell(i));
     }
 
-    Facts now{{"Text1", ""},       {"iFontSize", "33"},  {"points", "33"},       {"cboSec", "10"},
-              {"lblAutoCall", ""}, {"cPause", "Pause"},  {"chkAutoCall", "off"}, {"chkMakeVoiceCall", "off"},
-              {"boxes", ""},       {"said", ""},         {"spoken", ""},         {"mnuShaddow", "on"},
-              {"focus", "Text1"},  {"countdown", "off"}, {"next form", ""},      {"front", "frmMain"},
-              {"frmBingo", ""},    {"frmMain", "open"},  {"frmHelp", ""},        {"frmAbout", ""},
-              {"frmVoices", ""}};
-    QList<Pattern> m_patterns;
+    Facts now{{"iFontSize", "33"},  {"points", "33"},       {"cboSec", "10"},
+              {"cPause", "Pause"},  {"chkAutoCall", "off"}, {"chkMakeVoiceCall", "off"},
+              {"mnuShaddow", "on"}, {"focus", "Text1"},     {"countdown", "off"},
+              {"front", "frmMain"}};
+    QList<QStringList> m_patterns{{"", "", QString(25, '.')}};
     std::set<int> m_called, m_red;
     QList<int> m_last;
     QStringList m_forms;
