@@ -26,9 +26,8 @@ public:
     void play(const QString &step)
     {
         const QString verb = step.section(' ', 0, 0), what = step.section(' ', 1);
-        const QString name = what.section(' ', 0, 0), value = what.section(' ', 1);
-        const QString array = name.section('(', 0, 0);
-        const int index = name.section('(', 1).remove(')').toInt();
+        const QString array = what.section('(', 0, 0);
+        const int index = what.section('(', 1).remove(')').toInt();
         const QHash<QString, std::function<void()>> actions{
             {"click cButt", [&] { number(index); }},
             {"click cDemoButt", [&] { selectPattern(index); }},
@@ -37,27 +36,15 @@ public:
             {"click chkAutoCall", [&] { startCalls(!isOn("chkAutoCall")); }},
             {"click cPause", [&] { playOrPause(); }},
             {"click cmdClear", [&] { clear(); }},
-            {"click cBingo", [&] { pause(), focusOn("Text1"), front("frmBingo"); }},
-            {"click chkMakeVoiceCall", [&] { flip(name, "Make Voice Calls"), focusOn("Text1"); }},
-            {"click frmBingo", [&] { close(name), add("said", "BINGO closed"); }},
-            {"click cOK", [&] { close("frmAbout"); }},
-            {"choose mnuShaddow", [&] { flip(name, "Shaddow Buttons"); }},
-            {"choose mnuHelp", [&] { front("frmHelp"); }},
-            {"choose mnuAbout", [&] { front("frmAbout"); }},
-            {"choose mnuSpeak", [&] { front("frmVoices"); }},
-            {"choose cboSec", [&] { setInterval(value); }},
-            {"choose iFontSize", [&] { setFontSize(value); }},
-            {"size", [&] { setFontSize(what); }},
+            {"click chkMakeVoiceCall", [&] { flip(what, "Make Voice Calls"), focusOn("Text1"); }},
+            {"choose mnuShaddow", [&] { flip(what, "Shaddow Buttons"); }},
             {"type", [&] { type(what); }},
-            {"enter", [&] { type(what + '\r'); }},
-            {"close", [&] { close(name); }},
+            {"enter", [&] { type(what), enter(); }},
             {"answers", [&] { m_answer = what; }},
             {"draws", [&] { m_fraction = what.toDouble(); }},
             {"seconds", [&] { second(); }},
             {"frames", [&] { nextForm(); }},
         };
-        if (QString("click slip choose size").contains(verb) && name != "frmBingo" && name != "cOK")
-            front("frmMain");
         for (int times = verb == "seconds" || verb == "frames" ? what.toInt() : 1; times > 0; --times)
             actions.value(verb + ' ' + array, actions.value(verb, [] {}))();
     }
@@ -66,7 +53,7 @@ public:
     Facts facts()
     {
         Facts all = now;
-        QStringList last, past, reds, rows;
+        QStringList last, past, reds;
         for (const int n : m_last)
             last += spoken(n), past += label(n);
         for (const int n : m_red)
@@ -74,17 +61,8 @@ public:
         for (int n = 1; n <= 75; ++n)
             all[QString("cButt(%1) in words").arg(n)] =
                 spoken(n) + (m_called.count(n) ? ", called #a0a0a0" : ", not called #f0f0f0");
-        for (int id = 1; id <= 21; ++id)
-            all[QString("cDemoButt(%1) in words").arg(id)] =
-                m_patterns[id][0] + (id == m_pattern ? " pattern, selected" : " pattern");
-        for (int row = 1, i = 0; row <= 5; ++row) {
-            QString lit;
-            for (const QChar letter : QString("BINGO")) {
-                lit += isLit(++i) ? QString(' ') + letter : "";
-                all[QString("tDemo(%1) in words").arg(i)] = cell(i) + (isLit(i) ? " #000000" : " #ffffff");
-            }
-            rows += lit.isEmpty() ? QStringList() : QStringList(QString("row %1").arg(row) + lit);
-        }
+        for (int i = 1; i <= 25; ++i)
+            all[QString("tDemo(%1) in words").arg(i)] = cell(i) + (isLit(i) ? " #000000" : " #ffffff");
         all.insert({
             {"lblCallCnt", QString("Balls Called: %1").arg(m_count)},
             {"state in words", (last.mid(0, 1) + QStringList(QString("%1 called").arg(m_count))).join(", ")},
@@ -94,13 +72,10 @@ public:
             {"RTB4 in words", listed(last.mid(1))},
             {"RTB2 in words", listed(reds)},
             {"red", listed(reds)},
-            {"Frame1 in words", "Pattern card, " + (rows.isEmpty() ? "empty" : rows.join(", "))},
-            {"Label3 in words", now["cboSec"] + " seconds between automatic draws"},
         });
         now["boxes"] = now["said"] = now["spoken"] = "";
         return all;
     }
-    QString inFront() const { return now["front"]; }
 
 private:
     static QString label(int n) { return QString("BINGO")[(n - 1) / 15] + QString::number(n); }
@@ -112,7 +87,7 @@ private:
         const QString place = QString("Pattern row %1, column %2, ").arg((i + 4) / 5);
         return place.arg(QString("BINGO")[(i - 1) % 5]) + (isLit(i) ? "lit" : "unlit");
     }
-    bool isOn(const QString &mark) const { return now[mark] == "on"; }
+    bool isOn(const QString &mark) const { return now[mark].endsWith("true"); }
     bool counts() const { return isOn("countdown"); }
     void add(const QString &fact, const QString &text)
     {
@@ -123,17 +98,10 @@ private:
         add("boxes", "Clear Board: " + question + ", Are you sure?");
         return m_answer == "Y";
     }
-    void front(const QString &window) { now[window] = "open", now["front"] = window; }
-    void close(const QString &window)
-    {
-        now[window] = "";
-        front("frmMain");
-    }
     void focusOn(const QString &control) { now["focus"] = control; }
-    void toEntry() { now["Text1"] = "", focusOn("Text1"); }
     void flip(const QString &mark, const QString &caption)
     {
-        now[mark] = isOn(mark) ? "off" : "on";
+        now[mark] = caption + (isOn(mark) ? "" : " true");
         add("said", caption + (isOn(mark) ? ", checked" : ", not checked"));
     }
 
@@ -184,59 +152,37 @@ private:
             m_red = m_called;
             add("said", "Board cleared");
         }
-        toEntry();
+        now["Text1"] = "";
+        focusOn("Text1");
     }
 
     // ---- What is typed
     void type(const QString &text)
     {
         for (const QChar sign : text) {
-            const QString focus = inFront() == "frmMain" ? now["focus"] : "";
-            if (focus == "cPause" && (sign == '\r' || sign == ' '))
-                playOrPause();
-            if (focus != "Text1")
-                continue;
+            if (now["focus"] != "Text1")
+                return;
             const QString entry = std::exchange(now["Text1"], QString());
-            if (sign == '\r')
-                enter(entry);
-            else if (sign.toUpper() == 'R')
-                draw();
-            else if (sign.toUpper() != 'P')
-                now["Text1"] = entry + sign;
-            else
-                playOrPause();
+            sign == 'r' ? draw() : sign == 'P' ? playOrPause() : void(now["Text1"] = entry + sign);
         }
     }
-    void enter(const QString &text)
+    void enter()
     {
-        const bool hasLetter = !text.isEmpty() && QString("BINGOİı").contains(text[0].toUpper());
-        bool isNumber = false;
-        const double value = (hasLetter ? text.mid(1, 2) : text).trimmed().toDouble(&isNumber);
-        const int n = isNumber && value > 0 && value < 76 ? int(std::nearbyint(value)) : 0;
+        if (now["focus"] == "cPause")
+            return playOrPause();
+        const QString entry = std::exchange(now["Text1"], QString());
+        const int n = entry.mid(entry.startsWith('n')).toInt();
         n >= 1 && n <= 75 ? number(n) : add("said", "Nothing called");
-    }
-    void setFontSize(const QString &text)
-    {
-        bool isNumber = false;
-        const double size = qBound(5.0, text.toDouble(&isNumber), 100.0);
-        now["iFontSize"] = text;
-        if (isNumber) {
-            m_red = m_called;
-            now["points"] = QString::number(size);
-            now["iFontSize"] = size == text.toDouble() ? text : now["points"];
-            add("said", "Font size " + now["points"]);
-        }
-        toEntry();
     }
 
     // ---- Automatic calls
     void callByItself(bool on, bool counting)
     {
-        now["chkAutoCall"] = on ? "on" : "off";
-        now["countdown"] = counting ? "on" : "off";
+        now["chkAutoCall"] = on ? "Auto Draw Every true" : "Auto Draw Every";
+        now["countdown"] = counting ? "true" : "false";
         now["cPause"] = counting ? "Pause" : "Play";
         now["lblAutoCall"] = counting ? now["lblAutoCall"] : on ? "Paused" : "";
-        add("said", counting ? "Automatic calling, every " + now["cboSec"] + " seconds"
+        add("said", counting ? QString("Automatic calling, every 10 seconds")
                     : on     ? "Paused"
                              : "Automatic calling off");
     }
@@ -248,16 +194,10 @@ private:
     }
     void playOrPause() { isOn("chkAutoCall") ? callByItself(true, !counts()) : void(); }
     void pause() { counts() ? callByItself(true, false) : void(); }
-    void setInterval(const QString &seconds)
-    {
-        now["cboSec"] = seconds;
-        focusOn("Text1");
-        add("said", seconds + " seconds");
-    }
     void second()
     {
         if (counts() && --m_left < 1) {
-            m_left = now["cboSec"].toInt();
+            m_left = 10;
             draw();
         }
         if (counts())
@@ -300,10 +240,8 @@ private:
         add("said", cell(i));
     }
 
-    Facts now{{"iFontSize", "33"},  {"points", "33"},       {"cboSec", "10"},
-              {"cPause", "Pause"},  {"chkAutoCall", "off"}, {"chkMakeVoiceCall", "off"},
-              {"mnuShaddow", "on"}, {"focus", "Text1"},     {"countdown", "off"},
-              {"front", "frmMain"}};
+    Facts now{
+        {"focus", "Text1"}, {"chkMakeVoiceCall", "Make Voice Calls"}, {"mnuShaddow", "Shaddow Buttons true"}};
     QList<QStringList> m_patterns{{"", "", QString(25, '.')}};
     std::set<int> m_called, m_red;
     QList<int> m_last;
