@@ -6,17 +6,6 @@
 
 namespace {
 
-const std::pair<const char *, const char *> scripts[] = {
-    {"only Yes takes a call back",
-     "enter 12, answers N, enter 12, answers Return, enter 12, answers Y, enter 12, enter 12"},
-    {"the first and the last of each letter",
-     "draws 0, click cRandNum, draws 0.9999, type r, click chkMakeVoiceCall, enter 15, enter 16, enter 30, "
-     "enter 31, enter 45, enter 46, enter 60, enter 61, enter 4, enter 9, enter 10"},
-    {"nothing left to draw",
-     "click cDemoButt(3), enter 16, type rrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, type r, click chkAutoCall, "
-     "seconds 2, seconds 2, click cPause, answers Y, click cButt(61), click cRandNum, click cmdClear"},
-};
-
 /// What the rules do not say: entries, the list of sizes, the seconds, the screen, and the menu bar.
 const char *moments[] = {
     "enter B.9; enter 75.4; enter 2.5; enter 3.5; enter +1.2E+1; enter N 4; enter ٣١; enter ı25",
@@ -63,8 +52,16 @@ private Q_SLOTS:
     void games_data()
     {
         QTest::addColumn<QString>("script");
-        for (const auto &[fault, script] : scripts)
-            QTest::newRow(fault) << script;
+        QTest::newRow("only Yes takes a call back")
+            << "enter 12, answers N, enter 12, answers Return, enter 12, answers Y, enter 12, enter 12";
+        QTest::newRow("the first and the last of each letter")
+            << "draws 0, click cRandNum, draws 0.9999, type r, enter 15, enter 16, enter 30, enter 31, enter "
+               "45, enter 46, enter 60, enter 61";
+        QTest::newRow("nothing left to draw")
+            << "click cDemoButt(3), enter 16, type rrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, type r, click "
+               "chkAutoCall, "
+               "seconds 2, seconds 2, click cPause, answers Y, click cButt(61), click cRandNum, click "
+               "cmdClear";
         QString patterns = "enter 33";
         for (int id = 1; id <= 21; ++id)
             patterns += QString(", click cDemoButt(%1)").arg(id) + QString(", frames 1").repeated(9);
@@ -149,45 +146,44 @@ private Q_SLOTS:
     void voice()
     {
         Room room;
-        room.play(
-            "choose mnuSpeak, voices, click cListen, key Down, key Down, key Tab, key Right, click cListen, "
-            "click cSave, click chkMakeVoiceCall, click cButt(4)");
-        QTRY_COMPARE(room.speech.spoken.join(". "), "Bee 4, Oh 62, Eye 25 1 1. Bee, 4 1 1. And After 1 1");
+        room.play("choose mnuSpeak, voices, click cListen, key Down, key Down, key Tab, key Right, click "
+                  "cListen, click cSave, "
+                  "click chkMakeVoiceCall, enter 4, enter 9, enter 16, enter 45, enter 60");
+        QTRY_COMPARE(room.speech.spoken.join(". "),
+                     "Bee 4, Oh 62, Eye 25 1 1. Bee, 4 1 1. And After 1 1. Bee, 9 1 1. Bee, 9 1 1. Eye, 16 1 "
+                     "1. Eye, 1 , 6 1 1. En, 45 1 1. En, 4 , 5 1 1. Gee, 60 1 1. Gee, 6 , 0 1 1");
         QCOMPARE(room.look()["boxes"], "Vellomir: Please select a voice from the list box.");
     }
 
-    /// Calls wait for one another's texts, and are lost where the service fails. What fails anywhere else is
-    /// told, too.
+    /// Calls wait for one another's texts, and are lost where the service fails; any other failure is told.
     void speech()
     {
         Room room;
-        room.play("silence, click chkMakeVoiceCall, click cButt(12), click cButt(48)");
-        for (const char *text : {"Bee, 12 -1 0", "Gee, 48 -1 0", "Gee, 4 , 8 -1 0", "Gee, 4 ,  -1 0"}) {
-            QTRY_COMPARE(room.speech.spoken.join(". "), text);
-            room.speech.spoken.clear();
-            room.play("spoken");
+        room.play("silence, click chkMakeVoiceCall, click cButt(12), click cButt(61)");
+        for (const char *text : {"Bee, 12 -1 0", "Oh, 61 -1 0", "Oh, 6 , 1 -1 0", "Oh, 6 ,  -1 0"}) {
+            QTRY_VERIFY(room.speech.spoken.endsWith(text));
+            room.play("ends");
         }
         QTimer::singleShot(0, &room, [] { throw std::runtime_error("out of paper"); });
         QTimer::singleShot(0, &room, [] { throw base::Error(-5, "out of ink"); });
         room.play("click cButt(51), click cButt(52), failure, click cButt(53)");
-        QTRY_COMPARE(room.speech.spoken.join(". "), "Gee, 51 -1 0. Gee, 53 -1 0");
-        QCOMPARE(room.look()["boxes"], "Run-Time Error: Desc: out of paper Err #: -1. Run-Time Error: Desc: "
-                                       "out of ink Err #: -5. Run-Time Error: Desc: it went away Err #: -7");
+        QTRY_COMPARE(room.speech.spoken.mid(4).join(". "), "Gee, 51 -1 0. Gee, 53 -1 0");
+        QCOMPARE(room.look()["boxes"].remove("Run-Time Error: Desc: "),
+                 "out of paper Err #: -1. out of ink Err #: -5. it went away Err #: -7");
     }
 
     /// While a sample is spoken the countdown stands still, and input waits.
     void sample()
     {
         Room room;
-        room.play("silence, click chkAutoCall, click cDemoButt(1), choose mnuSpeak, voices, key Down");
+        room.play("silence, click chkAutoCall, choose mnuSpeak, voices, key Down");
         QTimer::singleShot(50, &room, [&] {
-            room.play("seconds 5, frames 1, key Tab, click cButt(7)");
+            room.play("seconds 5, key Tab, click cButt(7)");
             QCOMPARE(room.look()["RTB3"], "");
-            room.play("spoken");
+            room.play("ends");
         });
         room.play("click cListen");
         QCOMPARE(room.look()["RTB3"], "B7");
-        QCOMPARE(room.find("frmVoices")->focusWidget()->objectName(), "Slider1");
     }
 };
 

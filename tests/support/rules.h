@@ -73,7 +73,7 @@ public:
             {"RTB2 in words", listed(reds)},
             {"red", listed(reds)},
         });
-        now["boxes"] = now["said"] = now["spoken"] = "";
+        now["boxes"] = now["said"] = "";
         return all;
     }
 
@@ -125,11 +125,7 @@ private:
         m_last = (QList<int>{n} + m_last).mid(0, 5);
         ++m_count;
         if (!isOn("chkMakeVoiceCall"))
-            return add("said", QString("%1, %2 called").arg(spoken(n)).arg(m_count));
-        const QString name = QStringList{"Bee, ", "Eye, ", "En, ", "Gee, ", "Oh, "}[(n - 1) / 15];
-        add("spoken", name + QString::number(n) + " -1 0");
-        const QString digits = n < 10 ? QString::number(n) : QString("%1 , %2").arg(n / 10).arg(n % 10);
-        add("spoken", (n == 4 ? "And After" : name + digits) + " -1 0");
+            add("said", QString("%1, %2 called").arg(spoken(n)).arg(m_count));
     }
     void draw()
     {
