@@ -99,9 +99,9 @@ QStringList facts(QWidget *window)
                        (Qt::WindowType_Mask | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
     const QPoint off = window->frameGeometry().center() - window->screen()->geometry().center();
     const bool hasSize = client->objectName() != "frmBingo" && !window->inherits("QMessageBox");
-    const auto twips = [&](int pixels) {
-        return hasSize ? qRound(pixels * 1440.0 / window->logicalDpiX()) : 0;
-    };
+    const double scale =
+        hasSize ? 1440.0 / window->logicalDpiX() : 0; // BINGO and boxes have none of their own
+    const auto twips = [&](int pixels) { return qRound(pixels * scale); };
     QString all, before;
     QTextStream line(&all);
     line << window->windowTitle() << ", " << window->accessibleName() << ", " << twips(client->width())
@@ -151,7 +151,7 @@ class TestWindows : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    void browse(const QUrl &address) { m_browsed += address.host(); }
+    void browse(const QUrl &address) { m_browsed += address.toString(); }
 
 private Q_SLOTS:
     void windows_data()
@@ -177,11 +177,10 @@ private Q_SLOTS:
         room.onBox = [&](QWidget *box) { seen = facts(box); };
         room.play(script);
         room.look();
-        compare(seen.isEmpty() ? facts(name == "frmMain" ? room.window : room.find(name)) : seen,
-                EXPECTED + name + ".txt");
+        if (seen.isEmpty())
+            seen = facts(name == "frmMain" ? room.window : room.find(name)) + std::exchange(m_browsed, {});
+        compare(seen, EXPECTED + name + ".txt");
         QDesktopServices::unsetUrlHandler("https");
-        QCOMPARE(m_browsed.size(), name == "frmAbout");
-        m_browsed.clear();
     }
 
     /// The word at every tick, and as large as the window it covers.
@@ -200,8 +199,7 @@ private Q_SLOTS:
         compare(seen, EXPECTED "flashes.txt");
         bingo->resize(3840, 2160);
         QVERIFY(display->size() == bingo->size() && display->document()->idealWidth() <= 3840);
-        room.find<QPushButton>("cBingo")->click(); // fills it again
-        QVERIFY(content(display).contains("250 pt"));
+        room.find<QPushButton>("cBingo")->click(); // covers it again
         QCOMPARE(bingo->geometry(), room.window->frameGeometry());
         QCOMPARE(bingo->focusWidget()->objectName(), "Text1");
     }
