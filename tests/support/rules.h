@@ -87,7 +87,6 @@ private:
         return place.arg(QString("BINGO")[(i - 1) % 5]) + (isLit(i) ? "lit" : "unlit");
     }
     bool isOn(const QString &mark) const { return now[mark].endsWith("true"); }
-    bool counts() const { return isOn("countdown"); }
     void add(const QString &fact, const QString &text)
     {
         now[fact] += (now[fact].isEmpty() ? "" : ". ") + text;
@@ -115,7 +114,7 @@ private:
             add("said", spoken(n) + " not called");
         }
         now["Text1"] = "";
-        focusOn(counts() ? "cPause" : "Text1");
+        focusOn(isOn("countdown") ? "cPause" : "Text1");
     }
     void call(int n)
     {
@@ -187,15 +186,15 @@ private:
         callByItself(on, on);
         focusOn(on ? "cPause" : "Text1");
     }
-    void playOrPause() { isOn("chkAutoCall") ? callByItself(true, !counts()) : void(); }
-    void pause() { counts() ? callByItself(true, false) : void(); }
+    void playOrPause() { isOn("chkAutoCall") ? callByItself(true, !isOn("countdown")) : void(); }
+    void pause() { isOn("countdown") ? callByItself(true, false) : void(); }
     void second()
     {
-        if (counts() && --m_left < 1) {
+        if (isOn("countdown") && --m_left < 1) {
             m_left = 10;
             draw();
         }
-        if (counts())
+        if (isOn("countdown"))
             now["lblAutoCall"] = QString("Auto Call In : %1").arg(m_left);
     }
 
