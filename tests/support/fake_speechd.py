@@ -36,7 +36,7 @@ class Client(socketserver.StreamRequestHandler):
                 name, value = command.split(" ", 3)[2:]
                 settings |= {name: value} | ({"SYNTHESIS_VOICE": "None"} if name == "OUTPUT_MODULE" else {})
             answer = message(*ANSWERS.get(" ".join(command.split()[:2]), (200,)))
-            if command == "LIST SYNTHESIS_VOICES" and settings["OUTPUT_MODULE"] == "broken":
+            if self.chance and command.startswith("LIST SYN") and settings["OUTPUT_MODULE"] == "broken":
                 answer = message(304)
             elif self.happens() and not command.startswith("LIST"):
                 answer = message(402)
@@ -47,10 +47,10 @@ class Client(socketserver.StreamRequestHandler):
                 self.send(b"".join(message(event, number, 1) for event in self.events()), f"{text} by {by}")
 
     def hear(self):
-        if not (line := self.rfile.readline().decode().removesuffix("\r\n")):
+        if not (line := self.rfile.readline().decode()):
             raise ConnectionError
-        print(line, flush=True)
-        return line
+        print(line, end="", flush=True)
+        return line.removesuffix("\r\n")
 
     def happens(self, probability=0.02):
         return self.chance and self.chance.random() < probability
