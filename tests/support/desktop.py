@@ -28,7 +28,7 @@ def wait_until(condition, what):
             if result := condition():
                 return result
         time.sleep(0.02)
-    raise AssertionError(f"{what} did not come")
+    raise AssertionError(f"{what() if callable(what) else what} did not come")
 
 
 def run(*command):
@@ -75,22 +75,23 @@ class Program:
         """Brings the window to the front that the program begins with."""
         assert self.process.poll() is None, f"ended with {self.process.returncode}: {self.process.stderr.read()}"
         titles = "^(Vellomir|Run-Time Error)$"
-        found = self.application() and run("xdotool", "search", "--onlyvisible", "--name", titles).split()
+        found = self.windows() and run("xdotool", "search", "--onlyvisible", "--name", titles).split()
         if found:
             self.window = found[0]
             run("xdotool", "windowactivate", "--sync", self.window)
         return found
 
-    def application(self):
+    def windows(self):
+        """Nothing of them is remembered from one look to the next."""
         for application in children(Atspi.get_desktop(0)):
             if application and application.get_process_id() == self.process.pid:
-                application.set_cache_mask(Atspi.Cache.NONE)  # Nothing is remembered from one look to the next.
-                return application
-        return None
+                application.set_cache_mask(Atspi.Cache.NONE)
+                return children(application)
+        return []
 
     def everything(self):
         """All that is on screen, the windows first to last, each followed by what is in it."""
-        return [found for window in children(self.application()) for found in walk(window)]
+        return [found for window in self.windows() for found in walk(window)]
 
     def the(self, name, role=None):
         """Waits for the last on screen of that name, whatever its state is (and role, as "button")."""
@@ -105,14 +106,6 @@ class Program:
         self.the(name, role)
         return self
 
-    def text(self, name):
-        return Atspi.Text.get_text(self.the(name), 0, -1)
-
-    def place(self):
-        """The left, top, width and height of the main window in pixels of the screen, without its frame."""
-        told = run("xwininfo", "-id", self.window)
-        return [int(n) for n in re.findall(r"(?:Absolute .*|Width|Height): *(-?\d+)", told)]
-
     def focus(self, name):
         """Waits until it has the focus, or is selected in what has it."""
         wait_until(lambda: has(self.the(name), "FOCUSED") or has(self.the(name), "SELECTED"), f"the focus on {name}")
@@ -122,7 +115,7 @@ class Program:
         """Waits until these are the titles of the windows, the active one marked with a star."""
 
         def titles():
-            return [w.get_name() + "*" * has(w, "ACTIVE") for w in children(self.application()) if has(w, "SHOWING")]
+            return [w.get_name() + "*" * has(w, "ACTIVE") for w in self.windows() if has(w, "SHOWING")]
 
         wait_until(lambda: titles() == list(windows), f"the windows {windows}")
         return self

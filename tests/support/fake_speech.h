@@ -1,6 +1,5 @@
 #pragma once
 
-#include "error.h"
 #include "sp_voice.h"
 
 #include <QPointer>
@@ -18,27 +17,20 @@ struct FakeSpeech
             if (service->speaksByItself)
                 QTimer::singleShot(0, this, &Engine::ended);
         }
-        void ping() override
-        {
-            if (service->isAlive)
-                Q_EMIT alive();
-        }
+        void ping() override { Q_EMIT alive(); }
         FakeSpeech *service = nullptr;
     };
 
     speech::SpEngineFactory factory()
     {
-        return [this]() -> std::unique_ptr<speech::SpEngine> {
-            if (!isInstalled)
-                throw base::Error(speech::SpNotInstalled, "No speech service is installed.");
-            engine = new Engine;
-            engine->service = this;
-            return std::unique_ptr<speech::SpEngine>(engine);
+        return [this] {
+            auto made = std::make_unique<Engine>();
+            made->service = this;
+            engine = made.get();
+            return made;
         };
     }
 
-    bool isInstalled = true;
-    bool isAlive = true;        ///< false: ping() is never answered
     bool speaksByItself = true; ///< false: the test emits begun(), ended() and failed() of `engine`
     QStringList spoken{};       ///< "text voice rate" of each
     QPointer<Engine> engine{};  ///< the last one made

@@ -50,7 +50,7 @@ class Client(socketserver.StreamRequestHandler):
         if not (line := self.rfile.readline().decode()):
             raise ConnectionError
         print(line, end="", flush=True)
-        return line.removesuffix("\r\n")
+        return line.rstrip("\r\n")
 
     def happens(self, probability=0.02):
         return self.chance and self.chance.random() < probability
