@@ -13,7 +13,7 @@ from pathlib import Path
 from signal import SIG_DFL, SIGCONT, SIGHUP, SIGINT, SIGKILL, SIGSTOP, SIGTERM, signal
 
 from gi.repository import Gio, GLib
-from support.desktop import Program, has, manage_windows, run, wait_until
+from support.desktop import Program, run, wait_until
 
 PROGRAM = Path(sys.argv.pop(1)).resolve()
 UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
@@ -34,22 +34,13 @@ SETTINGS = [
     ("", "prlimit --pid $PROGRAM --fsize=20", INI),
 ]
 
-# Keys, and what the screen reader says when they have been pressed, as regular expressions: the same of Orca 43 beside
-# Qt 6.4 and of Orca 48 and later beside Qt 6.8 and later. Keys it names, and ends sentences, in the way of its version;
-# 51 says the keys of buttons and menus, too.
-KEY_NAME = r"[a-z0-9]|return|tab|space|left \w+|F\d+|Alt\+\w|Enter"
-WINDOW, ENTRY = "Vellomir(?: frame)?", "Number to call text"
+# Keys, and what the screen reader then says, among names of keys and windows that vary with its version.
 HEARD = [
-    ("", WINDOW, ENTRY),
-    ("3 3 Return", r"N 33, 1 called"),
-    ("3 3 Return", "alert Clear Board", "Clearing button,", r"Are you sure\?", "No button"),
-    ("Tab", "Yes button"),
-    ("space", WINDOW, ENTRY, "N 33 not called"),
-    ("shift+Tab", "Bingo button"),
-    ("space", rf"(?:{ENTRY}/)?BINGO opened", r"A click or Alt\+F4 closes it text", "Text1?"),
-    ("alt+F4", WINDOW, ENTRY, "BINGO closed"),
-    (F10, "File(?: menu)?"),
-    ("Down", "Voice Options"),
+    ("3 3 Return", "N 33, 1 called"),
+    ("3 3 Return", "Are you sure?"),
+    ("Tab space", "N 33 not called"),
+    ("shift+Tab space", "BINGO opened"),
+    ("alt+F4 " + F10, "File"),
 ]
 
 # Who keeps the screen on: the service, its object, what that is asked (of the service's own interface, where no other
@@ -147,7 +138,6 @@ class Outside(unittest.TestCase):
     def test_scales(self):
         """A changed scale leaves the window as one that was started at it, in the middle."""
         config, looks = self.home / "xsettings", {}
-        self.file.unlink()  # The design's own letters need no scroll bar.
 
         def scale(dpi):
             config.write_text(f"Xft/DPI {1024 * dpi}\n")
@@ -165,7 +155,6 @@ class Outside(unittest.TestCase):
             scale(dpi)
             with self.play() as program:
                 program.type("47\r").see("Balls Called: 1").key("Escape")
-                self.assertNotIn("scroll bar", {found.get_role_name() for found in program.everything()})
                 told = run("xwininfo", "-id", program.window)
                 x, y, width, height = map(int, re.findall(r"(?:Absolute .*|Width|Height): *(-?\d+)", told))
                 self.assertTrue(abs(2 * x + width - 1600) <= 3 and abs(2 * y + height - 1000) < 40, told)
@@ -178,22 +167,20 @@ class Outside(unittest.TestCase):
 
     @unittest.skipIf(not ORCA.exists() or run("pgrep", "-x", "-U", os.geteuid(), "orca"), "Orca is missing, or in use")
     def test_screen_reader(self):
-        """A game as a blind caller hears it: all that Orca says."""
+        """A game as a blind caller hears it from Orca, each sentence once."""
 
         def said():
             lines = re.findall("^(?!.* by ).*<mark.*", (self.home / "heard").read_text(), re.MULTILINE)
-            texts = [re.sub("<[^>]*>", "", line).strip(" .") for line in lines]
-            return "/".join(t.replace("push button", "button") for t in texts if not re.fullmatch(KEY_NAME, t))
+            return re.sub("<[^>]*>", "", "".join(lines))
 
         self.run_beside(sys.executable, ORCA, stderr=subprocess.DEVNULL)
-        expected = "Screen reader on"
-        wait_until(lambda: said() == expected, expected)
+        wait_until(lambda: "Screen reader on" in said(), "Orca")
         with self.play() as program:
-            for keys, *sentences in HEARD:
+            for keys, sentence in HEARD:
                 for one in keys.split():
                     run("xdotool", "sleep", 0.3, "key", one)  # As a hand: what comes too soon cuts off Orca's word.
-                expected = "/".join([expected, *sentences])
-                wait_until(lambda: re.fullmatch(expected, said()), lambda: f"{expected} in place of {said()}")
+                wait_until(lambda: sentence in said(), lambda: f"{sentence} in {said()}")
+            self.assertEqual([said().count(sentence) for _, sentence in HEARD], [1] * len(HEARD), said())
             program.end(SIGKILL)  # Qt complains, and leaks, beside Orca.
 
     # ---- Settings
@@ -320,5 +307,6 @@ class Outside(unittest.TestCase):
 if __name__ == "__main__":
     for ignored in SIGINT, SIGHUP:  # as they are behind nohup, and in a script's background
         signal(ignored, SIG_DFL)
-    manage_windows()
+    subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)  # It ends with the display.
+    wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
     unittest.main(verbosity=2)

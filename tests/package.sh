@@ -6,10 +6,7 @@ source_folder=$1
 build=$2
 
 ((EUID == 0)) || exit 77 # installing a package needs root
-if dpkg-query --show vellomir; then
-    echo "vellomir is installed here; remove it first" >&2
-    exit 1
-fi
+dpkg-query --show vellomir && exit 1 # Remove it first.
 
 cmake -S "$source_folder" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELLOMIR_TESTS=OFF
 rm -f "$build"/*.deb
@@ -26,6 +23,6 @@ trap 'dpkg --purge vellomir' EXIT
 DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "$package"
 [[ -z $(man --warnings --encoding=UTF-8 vellomir 2>&1 >/dev/null) ]]
 xvfb-run -a -n 160 -s "-screen 0 1600x1000x24 -noreset" dbus-run-session -- \
-    /usr/bin/python3 -B "$source_folder/tests/outside.py" /usr/bin/vellomir Outside.test_hands
+    "$source_folder/tests/outside.py" /usr/bin/vellomir Outside.test_hands
 apt-get remove --yes vellomir
 [[ $(what_is_left) == "$before" ]]

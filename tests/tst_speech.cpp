@@ -51,7 +51,7 @@ private Q_SLOTS:
         const QString socket = m_folder.filePath(QString::number(seed));
         qputenv("SPEECHD_ADDRESS", "unix_socket:" + socket.toLocal8Bit());
         QProcess service;
-        service.start(PYTHON, {FAKE_SPEECHD, socket, QString::number(seed)});
+        service.start(FAKE_SPEECHD, {socket, QString::number(seed)});
         QVERIFY(QTest::qWaitFor([&] { return service.canReadLine(); }, 30'000));
         open();
         for (int first = 1, next = 1; next < 40;) {

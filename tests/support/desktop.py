@@ -16,9 +16,7 @@ PATIENCE = 60  # seconds until something that was waited for counts as missing
 
 # Qt says this itself: 6.11 of a question by at-spi2 2.62 that it does not know; from 6.8 on, of one about what has gone
 # since. Nothing else that is said is left out.
-SAID_BY_QT = re.compile(
-    r'^qt\.accessibility\.atspi: (.* does not implement "GetApplicationBusAddress"|Could not find accessible on path).*\n',
-    re.MULTILINE)  # fmt: skip
+SAID_BY_QT = r'(?m)^qt\.accessibility\.atspi: (.* "GetApplicationBusAddress"|Could not find accessible on path).*\n'
 
 
 def wait_until(condition, what):
@@ -34,12 +32,6 @@ def wait_until(condition, what):
 def run(*command):
     done = subprocess.run(list(map(str, command)), capture_output=True, text=True, timeout=PATIENCE, check=False)
     return done.stdout.strip()
-
-
-def manage_windows():
-    """Starts the window manager of the display, with which it ends."""
-    subprocess.Popen(["openbox", "--sm-disable"], stderr=subprocess.DEVNULL)
-    wait_until(lambda: "window id" in run("xprop", "-root", "_NET_CLIENT_LIST"), "openbox")
 
 
 class Program:
@@ -58,7 +50,8 @@ class Program:
             self.activate()
             self.key("alt+F4")
             said = self.process.communicate(timeout=PATIENCE)[1]
-            assert (self.process.returncode, SAID_BY_QT.sub("", said)) == (0, ""), f"{self.process.returncode}: {said}"
+            ended = self.process.returncode, re.sub(SAID_BY_QT, "", said)
+            assert ended == (0, ""), ended
         self.end(SIGKILL)
         self.process.stderr.close()
 
@@ -82,16 +75,11 @@ class Program:
         return found
 
     def windows(self):
-        """Nothing of them is remembered from one look to the next."""
         for application in children(Atspi.get_desktop(0)):
             if application and application.get_process_id() == self.process.pid:
-                application.set_cache_mask(Atspi.Cache.NONE)
+                application.set_cache_mask(Atspi.Cache.NONE)  # Nothing is remembered from one look to the next.
                 return children(application)
         return []
-
-    def everything(self):
-        """All that is on screen, the windows first to last, each followed by what is in it."""
-        return [found for window in self.windows() for found in walk(window)]
 
     def the(self, name, role=None):
         """Waits for the last on screen of that name, whatever its state is (and role, as "button")."""
@@ -100,7 +88,7 @@ class Program:
             role_name = found.get_role_name().removeprefix("push ")  # which newer systems leave out
             return f"{found.get_name()}, ".startswith(f"{name}, ") and role in (None, role_name)
 
-        return wait_until(lambda: next(filter(is_meant, reversed(self.everything())), None), name)
+        return wait_until(lambda: [found for w in self.windows() for found in walk(w) if is_meant(found)], name)[-1]
 
     def see(self, name, role=None):
         self.the(name, role)

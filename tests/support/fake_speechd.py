@@ -5,7 +5,6 @@ and a socket may do; then it prints of each text that it ends its words and all 
 end one, and "mute" when it stops to answer."""
 
 import fcntl
-import itertools
 import os
 import random
 import re
@@ -19,7 +18,6 @@ ANSWERS = {"LIST OUTPUT_MODULES": (250, "dummy", "other", "broken", "fake"), "LI
            "GET OUTPUT_MODULE": (251, "fake"), "GET RATE": (251, "0"), "GET LANGUAGE": (251, "en-US"),
            "HISTORY GET": (245, "1"), "SPEAK": (230,)}  # fmt: skip
 path, mood = sys.argv[1:]
-clients, texts = itertools.count(1), itertools.count(1)
 
 
 def message(code, *lines):
@@ -27,8 +25,9 @@ def message(code, *lines):
 
 
 class Client(socketserver.StreamRequestHandler):
+    chance = random.Random(mood) if mood.isdigit() else None
+
     def handle(self):
-        self.chance = random.Random(f"{mood} {next(clients)}") if mood.isdigit() else None
         settings = {"OUTPUT_MODULE": "fake"}
         while True:
             command = self.hear()
@@ -42,9 +41,9 @@ class Client(socketserver.StreamRequestHandler):
                 answer = message(402)
             self.send(answer)
             if command == "SPEAK":
-                text, number = "/".join(iter(self.hear, ".")), next(texts)
+                text = "/".join(iter(self.hear, "."))
                 by = re.sub(r"NAME \w+", "NAME ", ", ".join(map(" ".join, sorted(settings.items()))))
-                self.send(b"".join(message(event, number, 1) for event in self.events()), f"{text} by {by}")
+                self.send(b"".join(message(event, 1, 1) for event in self.events()), f"{text} by {by}")
 
     def hear(self):
         if not (line := self.rfile.readline().decode()):
