@@ -271,24 +271,18 @@ class Outside(unittest.TestCase):
     # ---- Speech
 
     def test_speech(self):
-        """What is missing or fails is told, at the start and at each call, until one finds a service that speaks."""
-        box = "Desc: {}\nErr #: {}".format
-        unknown = box(f"Try '{shutil.which('ls')} --help' for more information.", 1)
+        """What is missing is told, at the start and at each call, until one finds a service that speaks."""
+        box = "Desc: No speech service is installed.\nErr #: 1"
         self.service.kill()
         with self.play() as program:
-            self.assertEqual(program.see(box("No speech service is installed.", 1)).send(SIGTERM).end(), 0)
-        os.environ["SPEECHD_CMD"] = "ls"
-        with self.play() as program:
-            program.see(unknown).key("Return").become("Vellomir*").click("B 7")
-            program.click("Make Voice Calls").click("B 8").see(unknown).key("Return").become("Vellomir*")
+            program.see(box).key("Return").become("Vellomir*").click("B 7")
+            program.click("Make Voice Calls").click("B 8").see(box).key("Return").become("Vellomir*")
             self.serve("silent")
             program.click("B 9")
             self.heard("Bee, 9")
             self.service.kill()
-            program.see(box("The speech service was lost.", 2)).key("Return").become("Vellomir*")
-            self.serve("normal")
-            program.click("N 33")
-            self.heard("En, 3 , 3")
+            program.see("Desc: The speech service was lost.\nErr #: 2").send(SIGTERM)
+            self.assertEqual(program.end(), 0)
 
     @unittest.skipUnless(shutil.which("speech-dispatcher"), "speech-dispatcher is not installed")
     def test_sound(self):

@@ -115,12 +115,16 @@ private Q_SLOTS:
             qputenv("SPEECHD_ADDRESS", address);
             QVERIFY_THROWS_EXCEPTION(base::Error, makeSystemEngine());
         }
-        qputenv("SPEECHD_CMD", "false");
+        qputenv("SPEECHD_CMD", "ls");
         open();
         for (int i = 0; i < 9; ++i)
             ping(); // A service that is still being started is alive.
         QVERIFY(QTest::qWaitFor(
-            [this] { return m_log == QStringList("failed The speech service cannot be started."); }, 30'000));
+            [this] {
+                return m_log == QStringList("failed Try '" + QStandardPaths::findExecutable("ls") +
+                                            " --help' for more information.");
+            },
+            30'000));
     }
 
 private:

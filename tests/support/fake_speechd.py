@@ -1,16 +1,14 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """A speech-dispatcher without speech: fake_speechd.py SOCKET MOOD. Prints "listening", then every line that it hears.
 It begins and ends each text; with the MOOD silent it only takes it. With a number it does by chance all that a service
 and a socket may do; then it prints of each text that it ends its words and all settings, too, "late" when it will not
 end one, and "mute" when it stops to answer."""
 
-import fcntl
 import os
 import random
 import re
 import socketserver
 import sys
-import termios
 
 VOICES = ["German\tde\tnone", "Bass++\tde\tnone", "English (America)\ten-US\tnone",
           "English (America)+Annie\ten-US\tAnnie", "French (France)\tfr-FR\tnone"]
@@ -55,7 +53,7 @@ class Client(socketserver.StreamRequestHandler):
         return self.chance and self.chance.random() < probability
 
     def send(self, data, report=None):
-        """By chance in pieces, each of which the client has read before the next one comes, or not all of it."""
+        """By chance in pieces, or not all of it."""
         is_last = self.happens()
         end = self.chance.randrange(len(data)) if is_last else len(data)
         if report and re.search(rb"^70[23] OK\r\n", data[:end], re.MULTILINE):
@@ -65,8 +63,7 @@ class Client(socketserver.StreamRequestHandler):
             piece = data[start : self.chance.randint(start + 1, end) if self.chance else end]
             self.wfile.write(piece)
             start += len(piece)
-            while self.chance and any(fcntl.ioctl(self.connection, termios.TIOCOUTQ, bytes(4))):
-                os.sched_yield()
+            os.sched_yield()
         if is_last and self.happens(0.3):
             print("mute", flush=True)
             self.rfile.read()
