@@ -36,7 +36,8 @@ class Client(socketserver.StreamRequestHandler):
             if self.chance and command.startswith("LIST SYN") and settings["OUTPUT_MODULE"] == "broken":
                 answer = message(304)
             elif self.happens() and not command.startswith("LIST"):
-                answer = message(402)
+                self.send(message(402))
+                return
             self.send(answer)
             if command == "SPEAK":
                 text = "/".join(iter(self.hear, "."))
