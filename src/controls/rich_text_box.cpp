@@ -42,7 +42,6 @@ void RichTextBox::setText(const QString &text, const QColor &color, Qt::Alignmen
     QTextCursor edit(document());
     edit.beginEditBlock(); // laid out once
     edit.select(QTextCursor::Document);
-    edit.removeSelectedText();
     edit.setBlockFormat(lines);
     edit.setBlockCharFormat({});
     edit.insertText(text, letters);
