@@ -14,7 +14,7 @@ const char *moments[] = {
     "size 37, key Up; size 60, key Down",
     "size 37, key Alt+Down, key Return; key Alt+Down, key Down, key Return",
     "click cboSec, key Up, key Return; click chkAutoCall, seconds 2; click chkAutoCall; halfhour",
-    "click chkAutoCall, key F10; seconds 2; key F10",
+    "click chkAutoCall, key Tab, key F10; seconds 2; key F10",
     "click cDemoButt(21); click cDemoButt(1); click cDemoButt(10); enter 2, type Rpr; click cmdClear",
     "choose mnuHelp; choose mnuAbout; click cOK; choose mnuSpeak; close frmVoices",
     "click chkAutoCall, click cBingo; type x, seconds 9; click frmBingo",

@@ -1,4 +1,4 @@
-// What another scale of the screen can break in the main window.
+// What another scale or size of the screen can break in the main window.
 
 #include "support/room.h"
 
@@ -65,7 +65,9 @@ private Q_SLOTS:
         const auto bottom = [](const QTextEdit *display) {
             return display->cursorRect(QTextCursor(display->document()->lastBlock())).bottom();
         };
-        const double scale = room.window->logicalDpiX() / 96.0;
+        const double finer = room.window->logicalDpiX() / 96.0;
+        const int percent = int(100 * room.window->screen()->availableSize().width() / (1282 * finer));
+        const double scale = finer * qMin(percent, 100) / 100;
         for (const int points : {5, 60, 100}) {
             room.window->resize(10, 10); // makes it as small as it gets
             QVERIFY((room.window->centralWidget()->size() - QSize(926, 548) * scale).isEmpty());

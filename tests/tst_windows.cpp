@@ -70,10 +70,10 @@ QString look(QWidget *control)
 /// What a control holds: its entries, its range, and how its last letter looks.
 QString content(const QWidget *control)
 {
-    QStringList found{
-        Room::content(control, {"text", "plainText", "title", "currentText", "minimum", "maximum",
-                                "singleStep", "pageStep", "checked", "default", "lineWrapMode",
-                                "horizontalScrollBarPolicy", "verticalScrollBarPolicy"})};
+    QStringList found{Room::content(control, {"text", "plainText", "title", "currentText", "minimum",
+                                              "maximum", "singleStep", "pageStep", "checked", "default",
+                                              "lineWrapMode", "textInteractionFlags",
+                                              "horizontalScrollBarPolicy", "verticalScrollBarPolicy"})};
     const auto *combo = qobject_cast<const QComboBox *>(control);
     for (int i = 0; combo && i < combo->count(); ++i)
         found += combo->itemText(i);
@@ -82,9 +82,10 @@ QString content(const QWidget *control)
         end.movePosition(QTextCursor::End);
         const QTextCharFormat letter = end.charFormat();
         QTextStream(&found.emplaceBack())
-            << letter.foreground().color().name() << ' ' << letter.fontPointSize() << " pt, outline "
-            << letter.textOutline().widthF() << ' ' << letter.textOutline().color().name() << ", wrap "
-            << display->wordWrapMode() << ", aligned " << end.blockFormat().alignment().toInt();
+            << letter.foreground().color().name() << ' ' << letter.fontPointSize() << " pt, "
+            << letter.fontStretch() << " % wide, outline " << letter.textOutline().widthF() << ' '
+            << letter.textOutline().color().name() << ", wrap " << display->wordWrapMode() << ", aligned "
+            << end.blockFormat().alignment().toInt();
     }
     return found.join(' ').simplified();
 }
