@@ -102,6 +102,7 @@ private Q_SLOTS:
         while (heard.size() < ended.size() && service.waitForReadyRead())
             heard += QString(service.readAll()).split('\n').filter(" by ");
         QCOMPARE(heard, ended);
+        QVERIFY(!ended.isEmpty());
         service.kill();
         service.waitForFinished();
     }

@@ -24,6 +24,7 @@ def message(code, *lines):
 
 class Client(socketserver.StreamRequestHandler):
     chance = random.Random(mood) if mood.isdigit() else None
+    has_spoken = False  # Until then all goes well.
 
     def handle(self):
         settings = {"OUTPUT_MODULE": "fake"}
@@ -51,7 +52,7 @@ class Client(socketserver.StreamRequestHandler):
         return line.rstrip("\r\n")
 
     def happens(self, probability=0.02):
-        return self.chance and self.chance.random() < probability
+        return Client.has_spoken and self.chance and self.chance.random() < probability
 
     def send(self, data, report=None):
         """By chance in pieces, or not all of it."""
@@ -59,6 +60,7 @@ class Client(socketserver.StreamRequestHandler):
         end = self.chance.randrange(len(data)) if is_last else len(data)
         if report and re.search(rb"^70[23] OK\r\n", data[:end], re.MULTILINE):
             print(report, flush=True)
+            Client.has_spoken = True
         start = 0
         while start < end:
             piece = data[start : self.chance.randint(start + 1, end) if self.chance else end]
