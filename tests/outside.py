@@ -142,6 +142,7 @@ class Outside(unittest.TestCase):
         def scale(dpi):
             config.write_text(f"Xft/DPI {1024 * dpi}\n")
             settings.send_signal(SIGHUP)
+            wait_until(lambda: f"Xft/DPI {1024 * dpi}" in run("dump_xsettings"), "xsettingsd's news")
 
         def looks_as(dpi):  # but for the rounding of the window's own edges, and of letters
             both = f"x:{program.window}", looks[dpi], "-extent", "1590x860", "-resize", "25%"
