@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 using controls::pixels;
 using controls::pixelsUp;
@@ -51,7 +52,8 @@ void frmMain::followScreen()
 /// user has resized keeps its size as far as it fits.
 void frmMain::fit(QMargins frame)
 {
-    m_ratio = devicePixelRatioF();
+    const double formerScale = m_scale;
+    const double formerRatio = std::exchange(m_ratio, devicePixelRatioF());
     m_area = screen()->availableSize();
     const QSize bar(0, menuBar()->sizeHint().height());
     const QSize available = m_area.shrunkBy(frame) - bar;
@@ -60,8 +62,7 @@ void frmMain::fit(QMargins frame)
     const int percent =
         std::min({100, 100 * available.width() / full.width(), 100 * available.height() / full.height()});
     m_scale = percent / 100.0; // whole steps: frames are a pixel wider or narrower from one scale to the next
-    // All was made in the design's own size. Which bars the large board needs is known only once it is shown.
-    if (m_isPlaced || m_scale < 1.0)
+    if (m_scale != formerScale || m_ratio != formerRatio)
         layOut();
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
                              pixelsUp(mainDesign::leastClientHeight, m_scale));
@@ -121,6 +122,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         m_isPlaced = true;
         if (windowState() == Qt::WindowNoState)
             placeOnScreen(windowHandle()->frameMargins());
+        Form_Resize(); // which bars the large board needs is known only now
         controls::onScreenChange(this, [this] { followScreen(); });
     }
     return QMainWindow::eventFilter(watched, event);
