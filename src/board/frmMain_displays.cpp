@@ -18,8 +18,8 @@ constexpr double greatestFontSize = 100.0;
 void frmMain::DrawBoards()
 {
     m_fontSize = fontSize().value_or(m_fontSize);
-    RTB2->setText(game::boardText());
     setDisplayFonts();
+    RTB2->setText(game::boardText());
 }
 
 /// Gives the displays the fonts of the design, and the large board the size that is drawn, all as large as
@@ -27,7 +27,7 @@ void frmMain::DrawBoards()
 void frmMain::setDisplayFonts()
 {
     const std::pair<controls::RichTextBox *, double> sizes[] = {
-        {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 12.75}}; // in points
+        {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 17.0}}; // in points
     for (const auto &[display, points] : sizes)
         display->setFont(controls::displayFont(points * m_scale));
     RTB2->dropNeedlessBars();
@@ -51,7 +51,6 @@ void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
     RTB5->setText(game::letterColumn(1), colors::blue, Qt::AlignHCenter);
-    RTB5->setFontSize(RTB5->all(), 17.0 * m_scale);
     RTB5->setLineHeight(controls::pixels(pitch, m_scale));
 }
 
