@@ -46,6 +46,7 @@ void RichTextBox::setText(const QString &text, const QColor &color, Qt::Alignmen
     edit.setBlockCharFormat({});
     edit.insertText(text, letters);
     edit.endEditBlock();
+    document()->setLayoutEnabled(!text.isEmpty()); // an empty text needs no font
     showStart();
 }
 
