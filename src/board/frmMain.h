@@ -111,10 +111,10 @@ private:
     void rememberSize();
     void Form_Resize();
 
-    double m_scale = 1.0; // of the design; below 1 where it would not fit into the work area
-    double m_ratio = 1.0; // device pixels in a pixel, when the window was last fitted to its screen
-    QSize m_area;         // the work area then
-    QSize m_ownSize;      // of the client area, where the user has given it another one than the design's
+    double m_scale = 1.0;                 // of the design; below 1 where it would not fit into the work area
+    double m_ratio = devicePixelRatioF(); // of the screen, when the window was last fitted to it
+    QSize m_area;                         // the work area then
+    QSize m_ownSize; // of the client area, where the user has given it another one than the design's
     bool m_isRefitDue = false; // the screen changed while the window was maximized or minimized
     bool m_isPlaced = false;   // the window was shown and put in its first place
 
