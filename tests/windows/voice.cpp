@@ -29,49 +29,42 @@ static Voice &self(ISpVoice *voice)
     return static_cast<Voice &>(*voice);
 }
 
-static HRESULT speak(ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *)
-{
-    Voice &it = self(voice);
-    if (!text || it.reported % 2 == 1)
-        return E_ABORT;
-    std::wofstream said("said.txt", std::ios::app);
-    said << it.name << ' ' << it.rate << ' ' << it.boundary << ' ' << flags << ' ' << text << '\n';
-    it.last = wcscmp(text, L"Gee, 49") == 0 ? 0x8004503C : S_OK;
-    const auto report = [&it] { ++it.reported, SetEvent(it.news); };
-    report();
-    std::thread([=] { Sleep(300), report(); }).detach();
-    return wcscmp(text, L"Gee, 48") == 0 ? E_FAIL : S_OK;
-}
-
-static HRESULT getEvents(ISpVoice *voice, ULONG, SPEVENT *event, ULONG *)
-{
-    if (self(voice).taken == self(voice).reported)
-        return S_FALSE;
-    event->eEventId = self(voice).taken++ % 2 == 0 ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
-    return S_OK;
-}
-
 static HRESULT makeVoice(IClassFactory *, IUnknown *, REFIID, void **made)
 {
     static ISpVoiceVtbl table;
     std::fill_n(reinterpret_cast<HRESULT (**)()>(&table), sizeof table / sizeof(void *), [] { return S_OK; });
     table.GetNotifyEventHandle = [](ISpVoice *voice) { return self(voice).news; };
-    table.GetEvents = getEvents;
-    table.GetStatus = [](ISpVoice *voice, SPVOICESTATUS *status, wchar_t **) {
+    table.GetEvents = [](ISpVoice *voice, ULONG, SPEVENT *event, ULONG *) {
+        if (self(voice).taken == self(voice).reported)
+            return S_FALSE;
+        event->eEventId = self(voice).taken++ % 2 == 0 ? SPEI_START_INPUT_STREAM : SPEI_END_INPUT_STREAM;
+        return S_OK;
+    };
+    table.GetStatus = [](auto *voice, auto *status, auto) {
         return status->hrLastResult = self(voice).last, S_OK;
     };
     table.SetVoice = [](auto *voice, auto *token) { return token->lpVtbl->GetId(token, &self(voice).name); };
     table.SetRate = [](ISpVoice *voice, long rate) { return self(voice).rate = rate, S_OK; };
     table.SetAlertBoundary = [](ISpVoice *voice, SPEVENTENUM at) { return self(voice).boundary = at, S_OK; };
-    table.Speak = speak;
+    table.Speak = [](ISpVoice *voice, const wchar_t *text, DWORD flags, ULONG *) {
+        Voice &it = self(voice);
+        if (!text || it.reported % 2 == 1)
+            return E_ABORT;
+        std::wofstream said("said.txt", std::ios::app);
+        said << it.name << ' ' << it.rate << ' ' << it.boundary << ' ' << flags << ' ' << text << '\n';
+        it.last = wcscmp(text, L"Gee, 49") == 0 ? 0x8004503C : S_OK;
+        const auto report = [&it] { ++it.reported, SetEvent(it.news); };
+        report();
+        std::thread([=] { Sleep(300), report(); }).detach();
+        return wcscmp(text, L"Gee, 48") == 0 ? E_FAIL : S_OK;
+    };
     *made = new Voice{{&table}};
     return S_OK;
 }
 
 extern "C" __declspec(dllexport) HRESULT DllGetClassObject(REFCLSID, REFIID, void **made)
 {
-    static IClassFactoryVtbl table{.Release = [](IClassFactory *) -> ULONG { return 1; },
-                                   .CreateInstance = makeVoice};
+    static IClassFactoryVtbl table{.Release = [](auto *) { return 1UL; }, .CreateInstance = makeVoice};
     *made = new IClassFactory{&table};
     return S_OK;
 }
