@@ -5,9 +5,7 @@
 #include "profile_file.h"
 #include "text_file.h"
 
-#include <QDir>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 #include <fstream>
 
