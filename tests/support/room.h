@@ -11,8 +11,6 @@
 #include <QtTest>
 #include <QtWidgets>
 
-#include <unistd.h>
-
 inline bool screenStaysOn = false;
 inline QStringList said; ///< to a screen reader
 
@@ -43,14 +41,20 @@ inline void writeFile(const QString &path, const QByteArray &content)
         qFatal("cannot write %s", qPrintable(path));
 }
 
+/// The lines of a file; none where there is no file.
+inline QStringList linesOf(const QString &path)
+{
+    QFile file(path);
+    const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QString::fromUtf8(content).split('\n', Qt::SkipEmptyParts);
+}
+
 /// Compares lines with those of a file, or writes them there.
 inline void compare(const QStringList &seen, const QString &path)
 {
     if (qEnvironmentVariableIsSet("WRITE"))
         writeFile(path, (seen.join('\n') + '\n').toUtf8());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(seen, QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts));
+    QCOMPARE(seen, linesOf(path));
 }
 
 /// The whole program in this process, from its start-up to its end, with a fake speech service: a hand that
@@ -68,6 +72,7 @@ public:
         m_program = modMain::Main();
         window = static_cast<QMainWindow *>(m_program.get());
         QVERIFY(QTest::qWaitForWindowActive(window));
+        speech.engine->open();
         said.clear();
     }
     /// Closes the main window, and with it the program.
@@ -78,7 +83,7 @@ public:
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
         m_program.reset();
-        QVERIFY(!screenStaysOn);
+        QVERIFY(!screenStaysOn && QFile::exists(modMain::SettingsPath));
     }
 
     /// The control that has the name, of the main window before others.
@@ -111,16 +116,19 @@ public:
                 {"size", [&] { click(find("iFontSize")), key("Ctrl+A"), type(what); }},
                 {"choose", [&] { choose(find<QAction>(what)); }},
                 {"close", [&] { find(what)->close(); }},
-                {"voices",
-                 [&] { (void)QTest::qWaitFor([&] { return find<QListWidget>("List1")->item(0); }); }},
+                {"voices", [&] { speech.engine->open(); }},
                 {"answers", [&] { m_answer = what; }},
                 {"seconds", [&] { tick(find<QTimer>("Timer2"), what.toInt()); }},
                 {"frames", [&] { tick(find<QTimer>("Timer1"), what.toInt()); }},
                 {"halfhour", [&] { tick(find<QTimer>("afterCall")); }},
                 {"draws", [&] { m_fraction = what.toDouble(); }},
-                {"silence", [&] { speech.speaksByItself = false; }},
-                {"ends", [&] { speech.engine->ended(); }},
+                {"silence", [&] { speech.speaksByItself = what == "over"; }},
+                {"ends", [&] { speech.spoken += "end", speech.engine->ended(); }},
                 {"failure", [&] { speech.engine->failed(base::Error(-7, "it went away")); }},
+                {"throws",
+                 [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("no paper"); }); }},
+                {"fails", [&] { QTimer::singleShot(0, this, [] { throw base::Error(-5, "no ink"); }); }},
+                {"session", [&] { qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(*this)); }},
             };
             verbs.value(verb, [&] { qFatal("no verb %s", qPrintable(step)); })();
             for (int i = 0; i < 50; ++i)
@@ -139,6 +147,7 @@ public:
         tick(find<QTimer>("naming"), 99);
         Facts seen;
         const QImage picture = window->grab().toImage();
+        const QTextDocument *board = find<QTextEdit>("RTB2")->document();
         for (QWidget *control : window->findChildren<QWidget *>()) {
             if (control->window() != window)
                 continue;
@@ -146,31 +155,28 @@ public:
             const QString name = reader->role() == QAccessible::StatusBar ? "state" : control->objectName();
             QString words =
                 reader->text(control->inherits("QTextEdit") ? QAccessible::Description : QAccessible::Name);
-            if (name.startsWith("cButt(") || name.startsWith("tDemo("))
+            if (name.startsWith("cButt(") || name.startsWith("tDemo(")) {
+                const auto number = board->find(content(control), 0, QTextDocument::FindWholeWords);
+                const bool isRed = number.charFormat().foreground().color() == Qt::red;
                 words += ' ' + picture.pixelColor(control->mapTo(window, QPoint(4, 4))).name();
+                words += isRed ? " red" : "";
+            }
             seen[name] = content(control);
             if (words != seen[name])
                 seen[name + " in words"] = words;
         }
-        QStringList reds;
-        for (int n = 1; n <= 75; ++n) {
-            const QTextDocument *board = find<QTextEdit>("RTB2")->document();
-            const auto number = board->find(QString::number(n), 0, QTextDocument::FindWholeWords);
-            if (number.charFormat().foreground().color() == Qt::red)
-                reds += seen[QString("cButt(%1) in words").arg(n)].section(',', 0, 0);
-        }
         for (const QWidget *top : QApplication::topLevelWidgets())
             seen[top->objectName()] = top->isVisible() ? "open" : "";
-        const auto *animation = find<QTimer>("Timer1");
+        for (const auto *timer : window->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly))
+            seen[timer->objectName()] = timer->isActive() ? QString::number(timer->interval()) : "";
         seen.insert({
-            {"red", reds.isEmpty() ? "none" : reds.join(", ")},
-            {"next form", animation->isActive() ? QString::number(animation->interval()) : ""},
-            {"countdown", find<QTimer>("Timer2")->property("active").toString()},
             {"points", QString::number(find("RTB2")->font().pointSizeF())},
             {"mnuShaddow", content(find<QObject>("mnuShaddow"))},
             {"focus", window->focusWidget()->objectName()},
             {"front", QApplication::activeWindow()->objectName()},
             {"screen", screenStaysOn ? "on" : ""},
+            {"settings", linesOf(modMain::SettingsPath).join(' ').remove('\r')},
+            {"spoken", std::exchange(speech.spoken, {}).join(". ")},
             {"boxes", std::exchange(m_boxes, {}).join(". ")},
             {"said", std::exchange(said, {}).join(". ")},
         });
@@ -209,7 +215,7 @@ public:
     void key(const QString &name)
     {
         const QKeyCombination keys = QKeySequence(name)[0];
-        QTest::sendKeyEvent(QTest::Click, keyboard(), keys.key(), QString(), keys.keyboardModifiers());
+        QTest::keyClick(keyboard(), keys.key(), keys.keyboardModifiers());
     }
     /// Chooses from a menu.
     void choose(QAction *action)
@@ -225,9 +231,9 @@ public:
     void tick(QTimer *timer, int times = 1)
     {
         for (; times > 0 && timer->isActive(); --times) {
-            QTimerEvent over(timer->timerId());
-            m_ticking = timer;
-            QCoreApplication::sendEvent(timer, &over);
+            if (timer->isSingleShot())
+                timer->stop();
+            QMetaObject::invokeMethod(timer, "timeout");
         }
     }
 
@@ -240,54 +246,49 @@ private:
     void answer()
     {
         QTimer::singleShot(1, this, &Room::answer);
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        auto *box = QApplication::activeModalWidget();
         if (!box || !QGuiApplication::focusWindow() || box == m_answered)
             return;
         m_answered = box;
-        m_boxes += box->windowTitle() + ": " + box->text().replace('\n', ' ');
+        m_boxes += box->windowTitle() + ": " + box->property("text").toString().replace('\n', ' ');
         tick(find<QTimer>("Timer2"), 5); // The time stands still.
         onBox(box);
-        key(box->button(QMessageBox::Yes) ? m_answer : "Escape");
+        const auto *notice = qobject_cast<QMessageBox *>(box);
+        key(notice && notice->button(QMessageBox::Ok) ? "Escape" : m_answer);
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         return event->type() == QEvent::Timer &&
-               (watched->objectName().startsWith("Timer") || watched->objectName() == "naming") &&
-               std::exchange(m_ticking, nullptr) != watched;
+               (watched->objectName().startsWith("Timer") || watched->objectName() == "naming");
     }
 
     std::unique_ptr<QWidget> m_program;
-    QPointer<QWidget> m_front;
-    QPointer<QMessageBox> m_answered;
+    QPointer<QWidget> m_front, m_answered;
     QString m_answer = "Escape";
     QStringList m_boxes;
-    QObject *m_ticking = nullptr;
     double m_fraction = 0.5;
 };
 
 /// Runs the tests of an object in an application with a folder of its own, in which the program lies, too:
-/// first this program makes it, then the same one in there.
+/// this program makes it, and starts itself in there.
 template <class Test>
 int runInRoom(int argc, char *argv[])
 {
-    const QFileInfo program(argv[0]);
-    if (!program.path().endsWith(".room")) {
-        QTemporaryDir folder(program.absoluteFilePath() + "-XXXXXX.room");
-        folder.setAutoRemove(false);
-        QByteArray path = folder.filePath(program.fileName()).toLocal8Bit();
-        return link(std::exchange(argv[0], path.data()), path) == 0 ? execv(path, argv) : 1;
-    }
-    QDir::setCurrent(program.path());
-    writeFile("help.txt", "Help");
-    qputenv("AppData", QDir::current().filePath("AppData").toLocal8Bit());
     app::Application application(argc, argv);
+    const QString program = QCoreApplication::applicationFilePath();
+    if (!program.endsWith("/vellomir")) {
+        const QTemporaryDir folder(program + "-XXXXXX");
+        qputenv("AppData", folder.filePath("AppData").toLocal8Bit());
+        QFile::copy(program, folder.filePath("vellomir"));
+        return QProcess::execute(folder.filePath("vellomir"), QCoreApplication::arguments().mid(1));
+    }
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+    writeFile("help.txt", "Help");
     QApplication::setApplicationName("Vellomir");
     controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
     Test test;
-    const int failed = QTest::qExec(&test, argc, argv);
-    QDir::current().removeRecursively();
-    return failed;
+    return QTest::qExec(&test, argc, argv);
 }
 
 #define TEST_IN_ROOM(Test)                                                                                   \
