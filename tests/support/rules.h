@@ -17,10 +17,9 @@ public:
             m_patterns += line.section(' ', 1).split("; ");
         put(0);
     }
-    /// Takes a step of a script: "click cButt(33)", "choose cboSec 5".
-    void play(const QString &step)
+    /// Takes a step of a script: "click", "cButt(33)".
+    void play(const QString &verb, const QString &what)
     {
-        const QString verb = step.section(' ', 0, 0), what = step.section(' ', 1);
         const QString array = what.section('(', 0, 0);
         const int index = what.section('(', 1).remove(')').toInt();
         const QHash<QString, std::function<void()>> actions{
