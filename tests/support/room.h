@@ -119,8 +119,7 @@ public:
                 {"silence", [&] { speech.speaksByItself = what == "over"; }},
                 {"ends", [&] { speech.spoken += "end", speech.engine->ended(); }},
                 {"failure", [&] { speech.engine->failed(base::Error(-7, "it went away")); }},
-                {"throws",
-                 [&] { QTimer::singleShot(0, this, [] { throw std::runtime_error("no paper"); }); }},
+                {"throws", [&] { QTimer::singleShot(0, this, [] { throw std::bad_alloc(); }); }},
                 {"fails", [&] { QTimer::singleShot(0, this, [] { throw base::Error(-5, "no ink"); }); }},
                 {"listen", [&] { listen(what); }},
                 {"session", [&] { qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(*this)); }},
@@ -259,8 +258,7 @@ private:
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        return event->type() == QEvent::Timer &&
-               (watched->objectName().startsWith("Timer") || watched->objectName() == "naming");
+        return event->type() == QEvent::Timer && watched->inherits("QTimer") && watched->objectName() != "";
     }
 
     std::unique_ptr<QWidget> m_program;
