@@ -21,22 +21,18 @@ const char *moments[] = {
     "click chkAutoCall, click cBingo; type x, seconds 9; click frmBingo",
     "silence, click chkMakeVoiceCall, enter 12, enter 61; ends, ends; ends, ends",
     "silence, click chkMakeVoiceCall, enter 51, enter 52, failure, enter 53, voices; throws; fails",
-    "silence, choose mnuSpeak, voices, click cSave, key Down, key Down, key Tab, key Right, click "
-    "chkAutoCall, "
-    "click chkMakeVoiceCall, listen seconds 5 and click cButt(7) and silence over and ends, click cSave, "
-    "click "
-    "chkAutoCall, enter 45",
+    "silence, choose mnuSpeak, voices, click cSave, key Down, key Down, key Tab, key Right, "
+    "click chkAutoCall, click chkMakeVoiceCall, "
+    "listen seconds 5 and click cButt(7) and silence over and ends, click cSave, click chkAutoCall, enter 45",
 };
 
 /// The steps that a caller can take. "%75" stands for a number up to that.
 const QString anyStep =
-    "click cButt(%75), click cButt(%75), click cButt(%75), click cDemoButt(%21), click cDemoButt(%21), click "
-    "tDemo(%25), click chkAutoCall, click cPause, click cRandNum, click cmdClear, enter 0, click "
-    "chkMakeVoiceCall, choose mnuShaddow, enter %75, enter %75, enter n%75, enter 76, type r, type P, type "
-    "1, "
-    "type x, seconds 1, seconds 3, seconds 5, frames 1, frames 3, answers Y, answers N, draws 0, draws "
-    "0.999, "
-    "draws 0.4";
+    "click cButt(%75), click cButt(%75), click cButt(%75), click cDemoButt(%21), click cDemoButt(%21), "
+    "click tDemo(%25), click chkAutoCall, click cPause, click cRandNum, click cmdClear, enter 0, "
+    "click chkMakeVoiceCall, choose mnuShaddow, enter %75, enter %75, enter n%75, enter 76, type r, type P, "
+    "type 1, type x, seconds 1, seconds 3, seconds 5, frames 1, frames 3, answers Y, answers N, draws 0, "
+    "draws 0.999, draws 0.4";
 
 } // namespace
 

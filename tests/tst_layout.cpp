@@ -75,6 +75,7 @@ private Q_SLOTS:
             room.play("key PgDown");
             QCOMPARE(board->verticalScrollBar()->value() > 0, points > 50);
             QCOMPARE(bottom(letters), bottom(board));
+            QCOMPARE(letters->geometry().bottom(), board->geometry().bottom());
             room.window->resize(room.window->size() + QSize(points, 5 * points));
             QCOMPARE(board->verticalScrollBar()->value(), 0);
             const QPoint margin = room.find("client")->rect().bottomRight() - board->geometry().bottomRight();
