@@ -1,70 +1,19 @@
 #include "sp_engine.h"
+#include "ssip_connection.h"
 #include "voice_language.h"
 
-#include <QFile>
 #include <QHash>
-#include <QProcess>
-#include <QSocketNotifier>
-#include <QStandardPaths>
-#include <QTemporaryFile>
-#include <QTimer>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <chrono>
 #include <deque>
 #include <utility>
 
 #include <pwd.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace speech {
 
-using namespace std::chrono_literals;
-
 constexpr char listOfVoices[] = "LIST SYNTHESIS_VOICES";
-
-/// The path of the service's socket. Throws Error when SPEECHD_ADDRESS is of another kind.
-static QString socketPath()
-{
-    const QString address = qEnvironmentVariable("SPEECHD_ADDRESS");
-    if (!address.isEmpty() && address.section(u':', 0, 0) != QStringLiteral("unix_socket"))
-        throw base::Error(SpNotInstalled,
-                          QStringLiteral("Speech service at an unknown kind of address: ") + address);
-    QString path = address.section(u':', 1);
-    if (!path.isEmpty())
-        return path;
-    QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (folder.isEmpty())
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-    return folder + QStringLiteral("/speech-dispatcher/speechd.sock");
-}
-
-/// The program that starts the service; empty where there is none.
-static QString serviceCommand()
-{
-    return QStandardPaths::findExecutable(
-        qEnvironmentVariable("SPEECHD_CMD", QStringLiteral("speech-dispatcher")));
-}
-
-/// A non-blocking socket connected to the service, or -1 when nobody answers.
-static int connectedSocket(const QString &address)
-{
-    const QByteArray path = QFile::encodeName(address);
-    sockaddr_un name{};
-    name.sun_family = AF_UNIX;
-    if (path.size() >= static_cast<qsizetype>(sizeof name.sun_path))
-        return -1;
-    std::copy(path.begin(), path.end(), name.sun_path);
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (::connect(socket, reinterpret_cast<const sockaddr *>(&name), sizeof name) == 0)
-        return socket;
-    ::close(socket);
-    return -1;
-}
 
 static QByteArray loginName()
 {
@@ -83,46 +32,21 @@ static QByteArray dataLines(const QString &text)
 
 namespace {
 
-/// Speech through speech-dispatcher, in its text protocol SSIP over its unix socket. Starts the service when
-/// nobody answers. One command is under way at a time; reports of a text (it began, it ended) can come at any
-/// moment, even before the text's command has been answered.
+/// Speech through speech-dispatcher, in its text protocol SSIP. One command is under way at a time; reports
+/// of a text (it began, it ended) can come at any moment, even before the text's command has been answered.
 class SsipEngine : public SpEngine
 {
 public:
-    /// Throws Error when nobody answers the socket and there is no command to start the service with.
     SsipEngine()
-        : m_address(socketPath())
-        , m_socket(connectedSocket(m_address))
     {
-        if (m_socket < 0 && serviceCommand().isEmpty())
-            throw base::Error(SpNotInstalled, QStringLiteral("No speech service is installed."));
-        connect(&m_incoming, &QSocketNotifier::activated, this, &SsipEngine::receive);
+        connect(&m_connection, &SsipConnection::opened, this, &SsipEngine::greet);
+        connect(&m_connection, &SsipConnection::received, this, &SsipEngine::receive);
+        connect(&m_connection, &SsipConnection::failed, this, &SpEngine::failed);
     }
 
-    ~SsipEngine() override
-    {
-        // A starter still at work goes on: killed half-way, it would leave half a service running.
-        if (m_starter && m_starter->state() != QProcess::NotRunning) {
-            QProcess *starter = m_starter.release();
-            connect(starter, &QProcess::finished, starter, &QObject::deleteLater);
-        }
-        if (m_socket >= 0) {
-            m_incoming.setEnabled(false);
-            send("CANCEL SELF\r\nQUIT\r\n");
-            ::close(m_socket);
-        }
-    }
+    ~SsipEngine() override { m_connection.send("CANCEL SELF\r\nQUIT\r\n"); }
 
-    void open() override
-    {
-        if (m_socket < 0)
-            m_socket = connectedSocket(m_address);
-        if (m_socket < 0)
-            return connectionFailed();
-        m_incoming.setSocket(m_socket);
-        m_incoming.setEnabled(true);
-        greet();
-    }
+    void open() override { m_connection.open(); }
 
     void speak(const SpText &text) override
     {
@@ -137,7 +61,7 @@ public:
 
     void ping() override
     {
-        if (m_socket >= 0)
+        if (m_connection.isOpen())
             request("GET RATE", [this](const Reply &) { Q_EMIT alive(); });
         else
             Q_EMIT alive();
@@ -163,41 +87,7 @@ private:
         QString language; ///< as in "en-US"
     };
 
-    // ---- Reaching the service ----
-
-    /// Nobody answers: starts the service, once, and tries again. If it never comes up although the starter
-    /// succeeded, SpVoice's timeout ends the tries.
-    void connectionFailed()
-    {
-        if (!m_starter)
-            startService();
-        const bool startFailed =
-            m_starter->state() == QProcess::NotRunning &&
-            (m_starter->error() == QProcess::FailedToStart || m_starter->exitCode() != 0);
-        if (startFailed && --m_triesLeft == 0)
-            Q_EMIT failed({SpNotInstalled, startError()});
-        else
-            QTimer::singleShot(50ms, this, &SsipEngine::open);
-    }
-
-    void startService()
-    {
-        m_starter = std::make_unique<QProcess>();
-        m_starter->setProcessChannelMode(QProcess::MergedChannels);
-        if (m_starterOutput.open())
-            m_starter->setStandardOutputFile(m_starterOutput.fileName());
-        m_starter->start(serviceCommand(),
-                         {QStringLiteral("--spawn"), QStringLiteral("--communication-method"),
-                          QStringLiteral("unix_socket"), QStringLiteral("--socket-path"), m_address});
-    }
-
-    /// The starter's last line of output tells the reason.
-    QString startError()
-    {
-        const QString output = QString::fromLocal8Bit(m_starterOutput.readAll()).trimmed();
-        return output.isEmpty() ? QStringLiteral("The speech service cannot be started.")
-                                : output.section(u'\n', -1).trimmed();
-    }
+    // ---- Opening ----
 
     void greet()
     {
@@ -285,31 +175,13 @@ private:
     {
         m_commands.push_back({line, std::move(done)});
         if (m_commands.size() == 1)
-            send(line + "\r\n");
-    }
-
-    /// Does not wait. What the service does not take is lost; receive() or SpVoice's timeout notices that.
-    void send(const QByteArray &data)
-    {
-        ::send(m_socket, data.data(), static_cast<std::size_t>(data.size()), MSG_NOSIGNAL);
-    }
-
-    void receive()
-    {
-        std::array<char, 65536> data;
-        const ssize_t size = ::recv(m_socket, data.data(), data.size(), 0);
-        if (size > 0) {
-            m_received.append(data.data(), size);
-            readLines();
-        } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
-            m_incoming.setEnabled(false);
-            Q_EMIT failed({SpLost, QStringLiteral("The speech service was lost.")});
-        }
+            m_connection.send(line + "\r\n");
     }
 
     /// A message is lines "123-text", many thousands for a list of voices, and a last line "123 text".
-    void readLines()
+    void receive(const QByteArray &data)
     {
+        m_received += data;
         qsizetype start = 0;
         for (qsizetype end; (end = m_received.indexOf("\r\n", start)) >= 0; start = end + 2) {
             const QByteArray line = m_received.mid(start, end - start);
@@ -333,7 +205,7 @@ private:
         else if (message.code == end || message.code == cancelled)
             Q_EMIT ended();
         else if (message.code == receivingData)
-            send(m_data);
+            m_connection.send(m_data);
         else if (message.code / 100 != 7 && !m_commands.empty())
             finishCommand(message);
     }
@@ -349,15 +221,10 @@ private:
             command.done(reply);
         m_commands.pop_front();
         if (!m_commands.empty())
-            send(m_commands.front().line + "\r\n");
+            m_connection.send(m_commands.front().line + "\r\n");
     }
 
-    QString m_address;
-    int m_socket; ///< connected to the service, or -1
-    QSocketNotifier m_incoming{QSocketNotifier::Read};
-    std::unique_ptr<QProcess> m_starter;
-    QTemporaryFile m_starterOutput;           ///< no pipe: the starter may run longer than this program
-    int m_triesLeft = 40;                     ///< when the starter has failed: another one may be at work
+    SsipConnection m_connection;
     std::deque<Command> m_commands;           ///< the first one is under way
     QByteArray m_data;                        ///< the lines that follow SPEAK
     QByteArray m_received;                    ///< the beginning of a line
