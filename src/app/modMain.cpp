@@ -19,7 +19,7 @@ using mod_ini_Stuff::WriteIni;
 namespace modMain {
 
 QString SettingsPath;
-voice::VoiceChoice Voice;
+static voice::VoiceChoice Voice;
 
 const QString section = QStringLiteral("Options");
 const QString fontSizeKey = QStringLiteral("FontSz");
@@ -27,6 +27,24 @@ const QString intervalKey = QStringLiteral("AutoCallTm");
 
 /// The main window, while it holds settings to be saved.
 static QPointer<frmMain> board;
+
+static bool DirExists(const QString &path)
+{
+    return QFileInfo(path).isDir();
+}
+
+static void LoadSettings(frmMain &window)
+{
+    const QString fontSize = ReadIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
+    window.applySettings(fontSize, ReadIni(SettingsPath, section, intervalKey, window.intervalText()));
+}
+
+/// A failure is not reported.
+static void SaveSettings(const frmMain &window)
+{
+    WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
+    WriteIni(SettingsPath, section, intervalKey, window.intervalText());
+}
 
 static void saveOpenBoard()
 {
@@ -77,23 +95,6 @@ static QString executableName()
     const QString name = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
     // Qt gives no path that is not valid in the locale's encoding.
     return name.isEmpty() ? QCoreApplication::applicationName() : name;
-}
-
-bool DirExists(const QString &path)
-{
-    return QFileInfo(path).isDir();
-}
-
-void LoadSettings(frmMain &window)
-{
-    const QString fontSize = ReadIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
-    window.applySettings(fontSize, ReadIni(SettingsPath, section, intervalKey, window.intervalText()));
-}
-
-void SaveSettings(const frmMain &window)
-{
-    WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
-    WriteIni(SettingsPath, section, intervalKey, window.intervalText());
 }
 
 std::unique_ptr<QWidget> Main()
