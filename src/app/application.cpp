@@ -9,7 +9,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
 {
     constexpr int unexpected = -1; // the number of a failure that has none of its own
     // Not in an event filter: Qt's own for screen readers would come first, and take the keys.
-    if (m_heldKeys.swallows(*receiver, *event))
+    if (m_heldKeys.swallows(*receiver, *event) || m_doubleClickFilter.swallows(*receiver, *event))
         return true;
     try {
         return QApplication::notify(receiver, event);

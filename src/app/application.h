@@ -20,7 +20,7 @@ public:
 
 private:
     HeldKeys m_heldKeys;
-    DoubleClickFilter m_doubleClickFilter{*this};
+    DoubleClickFilter m_doubleClickFilter;
 };
 
 } // namespace app

@@ -8,18 +8,13 @@
 
 namespace app {
 
-DoubleClickFilter::DoubleClickFilter(QCoreApplication &application)
+bool DoubleClickFilter::swallows(QObject &receiver, const QEvent &event)
 {
-    application.installEventFilter(this);
-}
-
-bool DoubleClickFilter::eventFilter(QObject *watched, QEvent *event)
-{
-    if (!watched->isWindowType())
+    if (!receiver.isWindowType())
         return false;
-    switch (event->type()) {
+    switch (event.type()) {
     case QEvent::MouseButtonPress: // comes before each MouseButtonDblClick, too
-        m_drops = isSecondElsewhere(*watched, static_cast<const QMouseEvent &>(*event));
+        m_drops = isSecondElsewhere(receiver, static_cast<const QMouseEvent &>(event));
         return m_drops;
     case QEvent::MouseButtonDblClick:
         return m_drops;

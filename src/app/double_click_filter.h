@@ -1,25 +1,20 @@
 #pragma once
 
-#include <QObject>
 #include <QPoint>
 #include <QPointer>
 
-class QCoreApplication;
+class QEvent;
 class QMouseEvent;
 
 namespace app {
 
 /// Takes the second click of a double click away from a window that did not get the first. That one closed
-/// the window above or opened this one, so the user did not aim at what lies here. Install on the
-/// application.
-class DoubleClickFilter : public QObject
+/// the window above or opened this one, so the user did not aim at what lies here.
+class DoubleClickFilter
 {
-    Q_OBJECT
-
 public:
-    explicit DoubleClickFilter(QCoreApplication &application);
-
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    /// Call this for every event of the application. True for one that must go no further.
+    bool swallows(QObject &receiver, const QEvent &event);
 
 private:
     bool isSecondElsewhere(QObject &window, const QMouseEvent &press);

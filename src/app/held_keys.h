@@ -3,9 +3,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-class QEvent;
 class QKeyEvent;
-class QObject;
 class QWidget;
 
 namespace app {
