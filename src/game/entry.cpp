@@ -10,7 +10,7 @@ namespace game {
 /// Turkish keyboards have two letters I, and neither is that of the alphabet as Unicode folds it.
 static bool isColumnLetter(QChar c)
 {
-    return QStringView(columnLetters).contains(c, Qt::CaseInsensitive) || c == u'\u0131' || c == u'\u0130';
+    return columnLetters.contains(c, Qt::CaseInsensitive) || c == u'\u0131' || c == u'\u0130';
 }
 
 static QString withoutLetter(const QString &entry)
@@ -29,11 +29,8 @@ static QString withLatinDigits(QString text)
 
 std::optional<int> calledBy(const QString &entry)
 {
-    const double value = base::parseNumber(withLatinDigits(withoutLetter(entry))).value_or(0.0);
-    if (!(value > 0.0 && value < numberCount + 1))
-        return std::nullopt;
-    const int n = static_cast<int>(std::lrint(value));
-    return isNumber(n) ? std::optional(n) : std::nullopt;
+    const double n = std::nearbyint(base::parseNumber(withLatinDigits(withoutLetter(entry))).value_or(0.0));
+    return n >= 1 && n <= numberCount ? std::optional(static_cast<int>(n)) : std::nullopt;
 }
 
 } // namespace game

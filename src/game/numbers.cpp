@@ -6,7 +6,7 @@ namespace game {
 
 QString currentLabel(int n)
 {
-    return isNumber(n) ? letterOf(n) + QString::number(n) : QString();
+    return letterOf(n) + QString::number(n);
 }
 
 QString spokenLabel(int n)
@@ -16,7 +16,7 @@ QString spokenLabel(int n)
 
 QString pastEntry(int n)
 {
-    return isNumber(n) ? currentLabel(n).leftJustified(cellWidth) : QString();
+    return n > 0 ? currentLabel(n).leftJustified(cellWidth) : QString();
 }
 
 QString boardText()
@@ -32,7 +32,7 @@ QString boardText()
 
 QString letterColumn(int lineBreaks)
 {
-    const QStringList letters = QStringView(columnLetters).toString().split(QString(), Qt::SkipEmptyParts);
+    const QStringList letters = columnLetters.toString().split(QString(), Qt::SkipEmptyParts);
     return letters.join(QStringLiteral("\n").repeated(lineBreaks));
 }
 

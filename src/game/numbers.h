@@ -2,21 +2,13 @@
 
 #include <QString>
 
-#include <string_view>
-
 /// The 75 numbers of the game: their column letters, and the texts in which the displays show them.
 /// Each column letter stands for fifteen numbers: B 1-15, I 16-30, N 31-45, G 46-60, O 61-75.
 namespace game {
 
 inline constexpr int numberCount = 75;
-inline constexpr int columnCount = 5;
 inline constexpr int numbersPerColumn = 15;
 inline constexpr int cellWidth = 3;
-
-constexpr bool isNumber(int n)
-{
-    return n >= 1 && n <= numberCount;
-}
 
 /// The column of number n, 0 for B to 4 for O. `n` is 1 to 75.
 constexpr int columnOf(int n)
@@ -24,18 +16,12 @@ constexpr int columnOf(int n)
     return (n - 1) / numbersPerColumn;
 }
 
-inline constexpr std::u16string_view columnLetters = u"BINGO";
-
-/// The letter of a column, `column` from 0 to 4.
-constexpr char16_t columnLetter(int column)
-{
-    return columnLetters[static_cast<std::size_t>(column)];
-}
+inline constexpr QStringView columnLetters = u"BINGO";
 
 /// The column letter of number n, 1 to 75.
 inline QChar letterOf(int n)
 {
-    return columnLetter(columnOf(n));
+    return columnLetters[columnOf(n)];
 }
 
 /// Where the cell of number n starts in the board text, counting from 0. `n` is 1 to 75; the cell is
@@ -45,13 +31,13 @@ constexpr int cellOffset(int n)
     return cellWidth * (n - 1) + 2 * columnOf(n);
 }
 
-/// The current-number label, "N33"; empty for a value outside 1 to 75.
+/// The current-number label, "N33". `n` is 1 to 75.
 QString currentLabel(int n);
 
 /// The same as screen readers say it, "N 33". `n` is 1 to 75.
 QString spokenLabel(int n);
 
-/// The entry of the list of past numbers, always three characters; empty for a value outside 1 to 75.
+/// The entry of the list of past numbers, always three characters; empty for 0.
 QString pastEntry(int n);
 
 /// All 75 cells in five lines with a blank line between them.

@@ -84,7 +84,7 @@ QString Card::cellInWords(int index) const
 {
     return QStringLiteral("Pattern row %1, column %2, %3")
         .arg((index - 1) / cardSide + 1)
-        .arg(QChar(game::columnLetter((index - 1) % cardSide)))
+        .arg(game::columnLetters[(index - 1) % cardSide])
         .arg(isLit(index) ? QStringLiteral("lit") : QStringLiteral("unlit"));
 }
 
@@ -99,7 +99,7 @@ QString Card::inWords() const
             continue;
         if (row != lastRow)
             rows += QStringLiteral(", row %1").arg(row);
-        rows += QStringLiteral(" ") + QChar(game::columnLetter((i - 1) % cardSide));
+        rows += QStringLiteral(" ") + game::columnLetters[(i - 1) % cardSide];
         lastRow = row;
     }
     return QStringLiteral("Pattern card") + (rows.isEmpty() ? QStringLiteral(", empty") : rows);

@@ -4,16 +4,13 @@
 
 #include <QStringBuilder>
 
-#include <array>
-
 namespace voice {
 
-constexpr std::array<QStringView, game::columnCount> letterWords{u"Bee, ", u"Eye, ", u"En, ", u"Gee, ",
-                                                                 u"Oh, "};
+constexpr QStringView letterWords[] = {u"Bee, ", u"Eye, ", u"En, ", u"Gee, ", u"Oh, "};
 
 QString firstPhrase(int n)
 {
-    return letterWords.at(static_cast<std::size_t>(game::columnOf(n))) % QString::number(n);
+    return letterWords[game::columnOf(n)] % QString::number(n);
 }
 
 QString followUp(const QString &phrase)
@@ -22,7 +19,7 @@ QString followUp(const QString &phrase)
         if (!phrase.startsWith(word.left(2)))
             continue;
         const QStringView digits = QStringView(phrase).mid(word.size());
-        const bool isAfterB = word == letterWords.front(); // where numbers have one digit
+        const bool isAfterB = word == letterWords[0]; // where numbers have one digit
         if (isAfterB && digits == u'4')
             return QStringLiteral("And After");
         if (isAfterB && digits.size() == 1)
