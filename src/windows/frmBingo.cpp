@@ -12,7 +12,6 @@
 
 #include <algorithm>
 
-namespace colors = controls::colors;
 using controls::DesignRow;
 using controls::Kind;
 
@@ -23,9 +22,9 @@ constexpr DesignRow design[] = {
     {Kind::Display,  "RTB1",  "",         0,    0,  2325,  1590,   0},
 };
 
-/// What the word looks like in the six coloured phases; step 0 changes nothing.
+/// What the word looks like when it is not white; at step 0 it still is.
 constexpr struct { double points; QRgb color; } steps[] = {
-    {0.0,   0},
+    {250.0, 0xFFFFFFFF},
     {300.0, 0xFF0000FF},
     {150.0, 0xFFFF0000},
     {300.0, 0xFF000000},
@@ -85,7 +84,7 @@ void frmBingo::setWord(double points)
     m_points = points;
     RTB1->setFontSize(word, points);
     const QFontMetricsF letters(controls::displayFont(points), RTB1);
-    RTB1->setOutline(word, colors::black, 0.02 * letters.capHeight());
+    RTB1->setOutline(word, controls::colors::black, 0.02 * letters.capHeight());
     const double width = letters.horizontalAdvance(QStringLiteral("BINGO"));
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * RTB1->width() / width), 1, 100));
 }
@@ -108,12 +107,10 @@ void frmBingo::Timer1_Timer()
     RTB1->setFont(controls::displayFont(100.0)); // of the blank line above
     bFlash = !bFlash;
     if (bFlash) {
-        RTB1->setColor(word, colors::white);
+        RTB1->setColor(word, controls::colors::white);
     } else {
-        if (iFlashStep > 0) {
-            setWord(steps[iFlashStep].points);
-            RTB1->setColor(word, steps[iFlashStep].color);
-        }
+        setWord(steps[iFlashStep].points);
+        RTB1->setColor(word, steps[iFlashStep].color);
         iFlashStep = iFlashStep % lastStep + 1;
     }
     Text1->setFocus();
