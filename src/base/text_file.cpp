@@ -35,12 +35,13 @@ std::optional<QByteArray> readBytes(const QString &path, qint64 most)
 
 std::optional<QString> readTextFile(const QString &path)
 {
-    const std::optional<QByteArray> bytes = readBytes(path, longestText + 1);
+    constexpr qsizetype longest = 4'194'304;
+    const std::optional<QByteArray> bytes = readBytes(path, longest + 1);
     if (!bytes)
         return std::nullopt;
-    if (bytes->size() <= longestText)
+    if (bytes->size() <= longest)
         return decodedText(*bytes);
-    return decodedText(bytes->first(longestText)) +
+    return decodedText(bytes->first(longest)) +
            QStringLiteral("\n\n(The file goes on. Only its beginning is shown.)\n");
 }
 

@@ -8,9 +8,6 @@
 /// Files that somebody wrote with some program in some encoding.
 namespace base {
 
-/// No more of a text is read, in bytes.
-inline constexpr qsizetype longestText = 4'194'304;
-
 /// The text that `bytes` hold: in the Unicode encoding that a byte order mark names, else UTF-8 where every
 /// byte fits, else the system's 8-bit code page.
 QString decodedText(const QByteArray &bytes);
@@ -19,8 +16,7 @@ QString decodedText(const QByteArray &bytes);
 /// or one that cannot be read.
 std::optional<QByteArray> readBytes(const QString &path, qint64 most);
 
-/// The text of a file that readBytes reads; of a file longer than `longestText` its beginning, and a line
-/// that says so.
+/// The text of a file that readBytes reads; of one longer than 4 MiB its beginning, and a line that says so.
 std::optional<QString> readTextFile(const QString &path);
 
 } // namespace base
