@@ -6,8 +6,6 @@
 #include "frmVoices.h"
 #include "tool_window.h"
 
-#include <QCoreApplication>
-
 #include <utility>
 
 /// Makes and loads a window that is not open yet. False when it is gone already: loading may show a message
@@ -30,7 +28,7 @@ void frmMain::mnuSpeak_Click()
 
 void frmMain::mnuHelp_Click()
 {
-    if (load(m_help, QCoreApplication::applicationDirPath()))
+    if (load(m_help))
         controls::showInFront(m_help);
 }
 

@@ -7,7 +7,7 @@
 #include "tool_window.h"
 
 #include <QAction>
-#include <QDir>
+#include <QCoreApplication>
 #include <QMenuBar>
 #include <QPointer>
 #include <QPrintDialog>
@@ -29,9 +29,8 @@ static void hidePageRange(const QPrintDialog *dialog)
     }
 }
 
-frmHelp::frmHelp(const QString &folder, QWidget *owner)
+frmHelp::frmHelp(QWidget *owner)
     : QMainWindow(owner)
-    , m_folder(folder)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("QOR Help"));
@@ -61,7 +60,8 @@ frmHelp::frmHelp(const QString &folder, QWidget *owner)
 
 void frmHelp::Form_Load()
 {
-    if (const auto text = base::readTextFile(m_folder + QDir::separator() + QStringLiteral("help.txt")))
+    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/help.txt");
+    if (const auto text = base::readTextFile(path))
         showText(*text);
     else
         controls::notice(parentWidget(), QStringLiteral("Help file missing"));

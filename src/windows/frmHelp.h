@@ -11,10 +11,10 @@ class frmHelp : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Shows the text of `help.txt` in `folder`. Stays above the window `owner`, which stays usable.
-    frmHelp(const QString &folder, QWidget *owner);
+    /// Stays above the window `owner`, which stays usable.
+    explicit frmHelp(QWidget *owner);
 
-    /// Reads the text. Where there is none to read it says so in a message box.
+    /// Shows the text of `help.txt` beside the program. Where there is none it says so in a message box.
     void Form_Load();
 
 private:
@@ -23,6 +23,5 @@ private:
     void mnuPrint_Click();
     void SelPrint(QPrinter *printer) const;
 
-    QString m_folder;
     QTextEdit *txtHelp = new QTextEdit(this);
 };
