@@ -17,16 +17,6 @@ static void wakeEventLoop(int)
     [[maybe_unused]] const ssize_t written = write(signalSockets[0], &byte, sizeof byte);
 }
 
-static void handleUnlessIgnored(int signal)
-{
-    struct sigaction action = {};
-    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
-        return;
-    action.sa_handler = wakeEventLoop;
-    action.sa_flags = SA_RESTART;
-    sigaction(signal, &action, nullptr);
-}
-
 void onQuitRequest(std::function<void()> quit)
 {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalSockets) != 0)
@@ -37,8 +27,10 @@ void onQuitRequest(std::function<void()> quit)
         if (read(signalSockets[1], &byte, sizeof byte) == sizeof byte)
             quit();
     });
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        handleUnlessIgnored(signal);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        if (std::signal(signal, wakeEventLoop) == SIG_IGN)
+            std::signal(signal, SIG_IGN);
+    }
     std::signal(SIGPIPE, SIG_IGN); // else writing to a closed pipe would end the program unsaved
 }
 
