@@ -58,59 +58,37 @@ static QDBusMessage endCall(const QDBusMessage &call, const QVariant &answer)
     return end;
 }
 
-namespace {
+// The desktop's part. Services are asked one after the other until one agrees; while an answer is outstanding
+// only the wish is noted.
+static bool isWanted = false;
+static bool isAsking = false;
+static QDBusMessage endOfGrant; // no call while nothing is granted
 
-/// The desktop's part. Services are asked one after the other until one agrees; while an answer is
-/// outstanding only the wish is noted.
-class Inhibition : public QObject
+static void endInhibition()
 {
-public:
-    using QObject::QObject;
+    const QDBusMessage end = std::exchange(endOfGrant, {});
+    if (end.type() == QDBusMessage::MethodCallMessage)
+        QDBusConnection::sessionBus().send(end);
+}
 
-    void setWanted(bool wanted)
-    {
-        m_isWanted = wanted;
-        if (m_isAsking)
-            return;
-        if (wanted)
-            ask(inhibitCalls());
-        else
-            end();
-    }
-
-private:
-    void ask(QList<QDBusMessage> calls)
-    {
-        m_isAsking = m_isWanted && !calls.isEmpty();
-        if (!m_isAsking)
-            return;
-        const QDBusMessage call = calls.takeFirst();
-        auto *asked = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
-        connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked, call, calls] {
-            asked->deleteLater();
-            const QVariant answer = asked->reply().arguments().value(0);
-            if (asked->isError() || !answer.isValid())
-                return ask(calls);
-            m_isAsking = false;
-            m_end = endCall(call, answer);
-            if (!m_isWanted)
-                end();
-        });
-    }
-
-    void end()
-    {
-        const QDBusMessage end = std::exchange(m_end, {});
-        if (end.type() == QDBusMessage::MethodCallMessage)
-            QDBusConnection::sessionBus().send(end);
-    }
-
-    bool m_isWanted = false;
-    bool m_isAsking = false;
-    QDBusMessage m_end; // no call while nothing is granted
-};
-
-} // namespace
+static void ask(QList<QDBusMessage> calls)
+{
+    isAsking = isWanted && !calls.isEmpty();
+    if (!isAsking)
+        return;
+    const QDBusMessage call = calls.takeFirst();
+    auto *asked = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), qApp);
+    QObject::connect(asked, &QDBusPendingCallWatcher::finished, qApp, [asked, call, calls] {
+        asked->deleteLater();
+        const QVariant answer = asked->reply().arguments().value(0);
+        if (asked->isError() || !answer.isValid())
+            return ask(calls);
+        isAsking = false;
+        endOfGrant = endCall(call, answer);
+        if (!isWanted)
+            endInhibition();
+    });
+}
 
 /// The X server's part: its own screen saver and the saving of power. The server counts what is suspended.
 static void suspendScreenSaver(bool suspend)
@@ -127,12 +105,15 @@ static void suspendScreenSaver(bool suspend)
 
 void keepScreenOn(bool on)
 {
-    static bool isOn = false;
-    if (std::exchange(isOn, on) == on)
+    if (std::exchange(isWanted, on) == on)
         return;
     suspendScreenSaver(on);
-    static auto *inhibition = new Inhibition(qApp);
-    inhibition->setWanted(on);
+    if (isAsking)
+        return;
+    if (on)
+        ask(inhibitCalls());
+    else
+        endInhibition();
 }
 
 } // namespace os
