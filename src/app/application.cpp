@@ -7,7 +7,6 @@ namespace app {
 
 bool Application::notify(QObject *receiver, QEvent *event)
 {
-    constexpr int unexpected = -1; // the number of a failure that has none of its own
     // Not in an event filter: Qt's own for screen readers would come first, and take the keys.
     if (m_heldKeys.swallows(*receiver, *event) || m_doubleClickFilter.swallows(*receiver, *event))
         return true;
@@ -16,7 +15,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
     } catch (const base::Error &error) {
         controls::reportError(activeWindow(), error);
     } catch (const std::exception &error) {
-        controls::reportError(activeWindow(), {unexpected, QString::fromLocal8Bit(error.what())});
+        controls::reportError(activeWindow(), {-1, QString::fromLocal8Bit(error.what())}); // it has no number
     }
     return true;
 }

@@ -29,7 +29,6 @@ static bool isCopy(const QKeyEvent &key)
 
 HeldKeys::HeldKeys()
 {
-    m_altIsDown.setInterval(20);
     m_altIsDown.callOnTimeout([this] {
         if (!(QGuiApplication::queryKeyboardModifiers() & Qt::AltModifier))
             m_altIsDown.stop();
@@ -70,7 +69,7 @@ bool HeldKeys::isHeldClose(const QWidget &window)
     m_sinceClose.start();
     if (window.parentWidget()) {
         m_closedByKeys = window.windowFlags() & Qt::FramelessWindowHint;
-        m_altIsDown.start();
+        m_altIsDown.start(20);
         return false;
     }
     return isSoon && (m_closedByKeys || m_altIsDown.isActive());

@@ -8,7 +8,6 @@
 #include <sphelper.h>
 #include <wrl/client.h>
 
-#include <array>
 #include <vector>
 
 namespace speech {
@@ -43,11 +42,11 @@ static QString wordsFor(HRESULT result)
         if (failure.result == static_cast<DWORD>(result))
             return QString::fromLatin1(failure.words);
     }
-    std::array<wchar_t, 512> text;
+    wchar_t text[512];
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                        static_cast<DWORD>(result), 0, text.data(), text.size(), nullptr);
+                                        static_cast<DWORD>(result), 0, text, std::size(text), nullptr);
     return length > 0
-               ? QString::fromWCharArray(text.data(), static_cast<int>(length)).trimmed()
+               ? QString::fromWCharArray(text, static_cast<int>(length)).trimmed()
                : QStringLiteral("The speech service of Windows failed. Choose another voice, or look at "
                                 "the settings for sound.");
 }

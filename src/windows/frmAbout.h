@@ -8,7 +8,7 @@ class frmAbout : public QWidget
     Q_OBJECT
 
 public:
-    /// Stays above the window `owner`, which stays usable, and opens in the middle of its screen.
+    /// Stays above the window `owner`, which stays usable.
     explicit frmAbout(QWidget *owner);
     /// Centres the window on the screen.
     void Form_Load();
