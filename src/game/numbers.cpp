@@ -6,7 +6,7 @@ namespace game {
 
 QString currentLabel(int n)
 {
-    return letterOf(n) + QString::number(n);
+    return isNumber(n) ? letterOf(n) + QString::number(n) : QString();
 }
 
 QString spokenLabel(int n)
@@ -16,7 +16,7 @@ QString spokenLabel(int n)
 
 QString pastEntry(int n)
 {
-    return n > 0 ? currentLabel(n).leftJustified(cellWidth) : QString();
+    return isNumber(n) ? currentLabel(n).leftJustified(cellWidth) : QString();
 }
 
 QString boardText()
