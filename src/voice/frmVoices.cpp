@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+using controls::control;
 using controls::DesignRow;
 using controls::Kind;
 using speech::SpVoice;
@@ -41,17 +42,15 @@ frmVoices::frmVoices(voice::VoiceChoice &choice, QWidget *owner)
     resize(controls::pixels(clientWidth), controls::pixels(clientHeight));
     controls::buildDesign(design, this);
 
-    List1 = controls::control<QListWidget>(this, "List1");
+    List1 = control<QListWidget>(this, "List1");
     List1->setAccessibleName(QStringLiteral("Select Voice"));
     List1->installEventFilter(this);
-    Slider1 = controls::control<QSlider>(this, "Slider1");
+    Slider1 = control<QSlider>(this, "Slider1");
     Slider1->setAccessibleName(QStringLiteral("Select Speed"));
     Slider1->setRange(-10, 10);
     Slider1->setPageStep(5);
-    connect(controls::control<QPushButton>(this, "cListen"), &QPushButton::clicked, this,
-            &frmVoices::cListen_Click);
-    connect(controls::control<QPushButton>(this, "cSave"), &QPushButton::clicked, this,
-            &frmVoices::cSave_Click);
+    connect(control<QPushButton>(this, "cListen"), &QPushButton::clicked, this, &frmVoices::cListen_Click);
+    connect(control<QPushButton>(this, "cSave"), &QPushButton::clicked, this, &frmVoices::cSave_Click);
 }
 
 void frmVoices::Form_Load()
