@@ -59,11 +59,10 @@ int SpVoice::Speak(const QString &text, int flags)
 void SpVoice::waitFor(int number)
 {
     QEventLoop loop;
-    const auto quitWhenGone = [this, &loop, number] {
+    connect(this, &SpVoice::queueShortened, &loop, [this, &loop, number] {
         if (m_streams.empty() || m_streams.front().number > number)
             loop.quit();
-    };
-    connect(this, &SpVoice::queueShortened, &loop, quitWhenGone);
+    });
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     ++s_waiting;
     loop.exec();
