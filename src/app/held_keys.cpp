@@ -20,8 +20,7 @@ static bool actsOnce(const QKeyEvent &press)
     }
 }
 
-/// While a screen reader listens, Qt takes the keys from their windows and sends copies later, without a
-/// time.
+/// While a screen reader listens, Qt holds the keys back, and sends copies of them later, without a time.
 static bool isCopy(const QKeyEvent &key)
 {
     return key.timestamp() == 0;
@@ -59,9 +58,9 @@ bool HeldKeys::swallows(const QObject &receiver, QEvent &event)
     return false;
 }
 
-/// Alt+F4 that is held closes a window, and then the one behind it, which gets the focus. The system says
-/// only that a window is to be closed, not how the user asked for it: for a second the program is not ended
-/// while Alt stays down, nor after a window without a caption, which is closed by keys alone.
+/// A held Alt+F4 closes a window, and then the one behind it. The system does not say that keys asked for it,
+/// so for a second after another window the main one stays open: while Alt is down, and whatever Alt does
+/// where the other had no caption, for only keys close that.
 bool HeldKeys::isHeldClose(const QWidget &window)
 {
     constexpr qint64 pause = 1000; // milliseconds
