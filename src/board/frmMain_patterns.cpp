@@ -37,7 +37,7 @@ void frmMain::selectPattern(int id)
     iPatternFrame = 1;
     for (int n = 1; n <= game::numberCount; ++n)
         markNumber(n, chosen && mnuShaddow->isChecked() && chosen->shadows(n));
-    m_card->show(chosen && !isAnimated ? chosen->frames[1] : patterns::Grid());
+    m_card->show(chosen && !isAnimated ? chosen->frames[0] : QString());
     Timer1->stop();
     if (isAnimated)
         Timer1->start(100);
@@ -50,8 +50,8 @@ void frmMain::Timer1_Timer()
     Timer1->setInterval(1500);
     if (iCurPattern == 0)
         return;
-    const patterns::Frames &frames = pattern(iCurPattern).frames;
-    m_card->show(frames[iPatternFrame]);
-    iPatternFrame = frames.after(iPatternFrame);
+    const QStringList &frames = pattern(iCurPattern).frames;
+    m_card->show(frames[iPatternFrame - 1]);
+    iPatternFrame = iPatternFrame % static_cast<int>(frames.size()) + 1;
     nameSoon();
 }

@@ -59,10 +59,11 @@ void Card::place(const controls::DesignRow &row, double scale)
     }
 }
 
-void Card::show(const Grid &grid)
+void Card::show(const QString &drawing)
 {
+    const QString cells = QString(drawing).remove(u' ');
     for (int i = 1; i <= cellCount; ++i)
-        paint(i, grid.lit(i));
+        paint(i, cells.mid(i - 1, 1) == u'X');
 }
 
 void Card::toggle(int index)

@@ -12,7 +12,7 @@ struct DesignRow;
 
 namespace patterns {
 
-/// The 25 cells of the pattern card: shows a grid, switches single cells and tells of clicks on them. It
+/// The 25 cells of the pattern card: shows a drawing, switches single cells and tells of clicks on them. It
 /// knows no pattern: its whole state is the colours of its cells, black for lit and white for unlit.
 class Card : public QObject
 {
@@ -25,7 +25,8 @@ public:
     /// Gives all cells their places. `row` is that of cell 1 in the design, drawn `scale` times as large.
     void place(const controls::DesignRow &row, double scale);
 
-    void show(const Grid &grid);
+    /// Shows a drawing of the catalogue; an empty one lights no cell.
+    void show(const QString &drawing);
     /// Switches a cell between lit and unlit. `index` is 1 to 25.
     void toggle(int index);
     controls::ColorBox *cell(int index) const { return m_cells[index]; }
