@@ -40,16 +40,12 @@ static void LoadSettings(frmMain &window)
 }
 
 /// A failure is not reported.
-static void SaveSettings(const frmMain &window)
+static void SaveSettings()
 {
-    WriteIni(SettingsPath, section, fontSizeKey, window.fontSizeText());
-    WriteIni(SettingsPath, section, intervalKey, window.intervalText());
-}
-
-static void saveOpenBoard()
-{
-    if (board)
-        SaveSettings(*board);
+    if (!board)
+        return;
+    WriteIni(SettingsPath, section, fontSizeKey, board->fontSizeText());
+    WriteIni(SettingsPath, section, intervalKey, board->intervalText());
 }
 
 static void endForSystem()
@@ -64,10 +60,10 @@ static void endForSystem()
 static void listenToSystem()
 {
     os::onQuitRequest(endForSystem);
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, saveOpenBoard, Qt::DirectConnection);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, SaveSettings, Qt::DirectConnection);
     // When it loses the display Qt 6.11 leaves the event loop, and an older one calls exit().
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, saveOpenBoard);
-    std::atexit(saveOpenBoard);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, SaveSettings);
+    std::atexit(SaveSettings);
 }
 
 /// Ends the program when the window is closed. It is not deleted here: one of its handlers may be waiting for
@@ -75,7 +71,7 @@ static void listenToSystem()
 static void endWith(frmMain *window)
 {
     QObject::connect(window, &frmMain::unloading, qApp, [] {
-        saveOpenBoard();
+        SaveSettings();
         board = nullptr;
         QCoreApplication::exit();
     });
