@@ -181,9 +181,9 @@ private:
     void chkAutoCall_Click();
     void cPause_Click();
     void Timer2_Timer();
-    enum class AutoCall { Off, Running, Paused };
-    /// The one writer of the timer, the pause button and its caption, which always agree.
-    void setAutoCall(AutoCall state);
+    /// The one writer of the timer, the pause button and its caption, which always agree. Where it does not
+    /// run, automatic calling is paused or off, as chkAutoCall says.
+    void setAutoCall(bool runs);
     /// Keeps the screen on while numbers are called automatically, and for 30 minutes after each call.
     void keepScreenOn();
 

@@ -8,32 +8,27 @@
 
 void frmMain::chkAutoCall_Click()
 {
-    if (chkAutoCall->isChecked()) {
-        iAutoCallLeft = 2;
-        setAutoCall(AutoCall::Running);
-        focusOn(cPause);
-    } else {
-        setAutoCall(AutoCall::Off);
-        focusOn(Text1);
-    }
+    iAutoCallLeft = 2;
+    setAutoCall(chkAutoCall->isChecked());
+    focusByRule();
 }
 
 void frmMain::cPause_Click()
 {
-    setAutoCall(Timer2->isActive() ? AutoCall::Paused : AutoCall::Running);
+    setAutoCall(!Timer2->isActive());
 }
 
-void frmMain::setAutoCall(AutoCall state)
+void frmMain::setAutoCall(bool runs)
 {
-    const bool runs = state == AutoCall::Running;
+    const bool isOn = chkAutoCall->isChecked();
     if (runs)
         Timer2->start();
     else
         Timer2->stop();
-    cPause->setEnabled(state != AutoCall::Off);
+    cPause->setEnabled(isOn);
     cPause->setText(runs ? QStringLiteral("Pause") : QStringLiteral("Play"));
     if (!runs) // else the next tick writes it
-        controls::setCaption(lblAutoCall, state == AutoCall::Paused ? QStringLiteral("Paused") : QString());
+        controls::setCaption(lblAutoCall, isOn ? QStringLiteral("Paused") : QString());
     keepScreenOn();
     sayAutoCall();
 }
