@@ -19,10 +19,7 @@
 #include <optional>
 #include <vector>
 
-class frmAbout;
 class frmBingo;
-class frmHelp;
-class frmVoices;
 
 /// The caller's board: the record of the game and the window that shows it. Everything that changes the game
 /// is a member of this class; the sections below are named after the files that hold their members.
@@ -238,12 +235,7 @@ private:
     void cBingo_Click();
     void setReachable(bool isReachable);
     void closeWindows();
-    template <class Window, class... Arguments>
-    bool load(QPointer<Window> &window, Arguments &&...arguments);
 
     voice::VoiceChoice &m_voiceChoice;
-    QPointer<frmVoices> m_voices; // each is null while closed
-    QPointer<frmHelp> m_help;
-    QPointer<frmAbout> m_about;
-    QPointer<frmBingo> m_bingo;
+    QPointer<frmBingo> m_bingo; // null while closed
 };

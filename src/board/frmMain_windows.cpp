@@ -8,34 +8,32 @@
 
 #include <utility>
 
-/// Makes and loads a window that is not open yet. False when it is gone already: loading may show a message
-/// box, and the window may be closed meanwhile.
+/// Shows the owner's window of that kind, which is made where it is not open yet.
 template <class Window, class... Arguments>
-bool frmMain::load(QPointer<Window> &window, Arguments &&...arguments)
+static void open(QWidget *owner, Arguments &&...arguments)
 {
+    QPointer window = owner->findChild<Window *>();
     if (!window) {
-        window = new Window(std::forward<Arguments>(arguments)..., this);
-        window->Form_Load();
+        window = new Window(std::forward<Arguments>(arguments)..., owner);
+        window->Form_Load(); // may show a message box, and the window may be closed meanwhile
     }
-    return window;
+    if (window)
+        controls::showInFront(window);
 }
 
 void frmMain::mnuSpeak_Click()
 {
-    if (load(m_voices, m_voiceChoice))
-        controls::showInFront(m_voices);
+    open<frmVoices>(this, m_voiceChoice);
 }
 
 void frmMain::mnuHelp_Click()
 {
-    if (load(m_help))
-        controls::showInFront(m_help);
+    open<frmHelp>(this);
 }
 
 void frmMain::mnuAbout_Click()
 {
-    if (load(m_about))
-        controls::showInFront(m_about);
+    open<frmAbout>(this);
 }
 
 void frmMain::cBingo_Click()
@@ -43,17 +41,16 @@ void frmMain::cBingo_Click()
     if (Timer2->isActive())
         cPause_Click();
     focusOn(Text1);
-    const bool isOpen = m_bingo;
-    if (!load(m_bingo))
-        return;
-    const bool isPart = !m_bingo->isWindow();
-    if (!isOpen)
-        connect(m_bingo, &QObject::destroyed, m_reader, [this, isPart] {
+    if (!m_bingo) {
+        m_bingo = new frmBingo(this);
+        m_bingo->Form_Load();
+        connect(m_bingo, &QObject::destroyed, m_reader, [this, isPart = !m_bingo->isWindow()] {
             m_reader->say(QStringLiteral("BINGO closed"));
             if (isPart)
                 setReachable(true);
         });
-    if (isPart)
+    }
+    if (!m_bingo->isWindow())
         setReachable(false);
     m_bingo->cover();
     m_bingo->fill();
@@ -72,7 +69,8 @@ void frmMain::setReachable(bool isReachable)
 
 void frmMain::closeWindows()
 {
-    for (QWidget *window : std::initializer_list<QWidget *>{m_about, m_help, m_voices}) {
+    for (QWidget *window : std::initializer_list<QWidget *>{findChild<frmAbout *>(), findChild<frmHelp *>(),
+                                                            findChild<frmVoices *>()}) {
         if (window)
             window->close();
     }
