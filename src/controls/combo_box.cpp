@@ -10,26 +10,21 @@
 
 namespace controls {
 
-ComboBox::ComboBox(QWidget *parent)
+ComboBox::ComboBox(QWidget *parent, bool editable)
     : QComboBox(parent)
 {
-    setFocusPolicy(Qt::TabFocus);
+    setFocusPolicy(editable ? Qt::StrongFocus : Qt::TabFocus);
     connect(this, &QComboBox::activated, this, [this] {
         if (!m_isStepping)
             Q_EMIT chosenFromList();
     });
-}
-
-TextBox *ComboBox::makeEditable()
-{
-    setFocusPolicy(Qt::StrongFocus);
-    auto *box = new TextBox(this);
-    setLineEdit(box); // which makes it editable
+    if (!editable)
+        return;
+    setLineEdit(new TextBox(this)); // which makes it editable
     // A text that is left in the box is not an entry that was chosen.
-    disconnect(box, &QLineEdit::editingFinished, this, nullptr);
+    disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
     setInsertPolicy(QComboBox::NoInsert);
     setCompleter(nullptr);
-    return box;
 }
 
 /// The nearest entry on one side of the number in the box (0 where that is no number); -1 when there is none.

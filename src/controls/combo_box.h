@@ -4,8 +4,6 @@
 
 namespace controls {
 
-class TextBox;
-
 /// A combo box that the mouse wheel changes only while it has the focus, which a click gives to one that is
 /// editable. The entries of an editable one are numbers, the smallest first. Arrow keys, the wheel and the
 /// list start from the text in the box, not from the entry that was chosen last.
@@ -14,9 +12,8 @@ class ComboBox : public QComboBox
     Q_OBJECT
 
 public:
-    explicit ComboBox(QWidget *parent = nullptr);
-    /// Makes the box editable; its text box answers for typed characters.
-    TextBox *makeEditable();
+    /// The lineEdit of an editable one is a TextBox.
+    ComboBox(QWidget *parent, bool editable);
     void showPopup() override;
 
 Q_SIGNALS:

@@ -51,13 +51,9 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
     }
     case Kind::TextBox:
         return withText(new TextBox(parent), caption);
-    case Kind::EditableCombo: {
-        auto *combo = new ComboBox(parent);
-        combo->makeEditable()->setText(caption);
-        return combo;
-    }
+    case Kind::EditableCombo:
     case Kind::DropDownList:
-        return new ComboBox(parent);
+        return new ComboBox(parent, row.kind == Kind::EditableCombo);
     case Kind::ListBox:
         return new QListWidget(parent);
     case Kind::Slider:
