@@ -8,7 +8,7 @@ using patterns::pattern;
 
 void frmMain::BuildDemo()
 {
-    auto *first = controls::control<controls::ColorBox>(m_client, "tDemo(1)");
+    auto *first = controls::control<controls::ColorButton>(m_client, "tDemo(1)");
     m_card = new patterns::Card(first);
     m_card->place(mainDesign::row("tDemo(1)"), m_scale);
     connect(m_card, &patterns::Card::clicked, this, &frmMain::tDemo_Click);

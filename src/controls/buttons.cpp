@@ -7,15 +7,16 @@
 
 namespace controls {
 
-ColorButton::ColorButton(QWidget *parent)
+ColorButton::ColorButton(QWidget *parent, bool flat)
     : QPushButton(parent)
 {
-    setAutoDefault(true); // Enter presses it as Space does
+    setFlat(flat);
+    setAutoDefault(!flat); // Enter presses it as Space does
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void ColorButton::setBackColor(QRgb color)
+void ColorButton::setBackColor(const QColor &color)
 {
     if (color == backColor())
         return;
@@ -41,13 +42,6 @@ void ColorButton::paintEvent(QPaintEvent *)
         fillFrame(painter, rect().adjusted(1, 1, -1, -1), 2, colors::highlight);
     painter.setPen(option.palette.color(QPalette::ButtonText));
     painter.drawText(pressed ? rect().translated(1, 1) : rect(), Qt::AlignCenter | Qt::TextDontClip, text());
-}
-
-ColorBox::ColorBox(QWidget *parent)
-    : ColorButton(parent)
-{
-    setAutoDefault(false);
-    setFlat(true);
 }
 
 } // namespace controls

@@ -63,7 +63,7 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::Frame:
         return new QWidget(parent);
     case Kind::ColorBox:
-        return new ColorBox(parent);
+        return new ColorButton(parent, true);
     case Kind::Line: {
         auto *line = new QWidget(parent); // filled: a frame's line may vanish between two device pixels
         line->setAutoFillBackground(true);

@@ -33,17 +33,17 @@ struct Lines
 
 } // namespace
 
-Card::Card(controls::ColorBox *first)
+Card::Card(controls::ColorButton *first)
     : QObject(first)
 {
     m_cells[1] = first;
     for (int i = 1; i <= cellCount; ++i) {
         if (i > 1) {
-            m_cells[i] = new controls::ColorBox(m_cells[1]->parentWidget());
+            m_cells[i] = new controls::ColorButton(m_cells[1]->parentWidget(), true);
             m_cells[i]->setObjectName(QStringLiteral("tDemo(%1)").arg(i));
             QWidget::setTabOrder(m_cells[i - 1], m_cells[i]);
         }
-        connect(m_cells[i], &controls::ColorBox::clicked, this, [this, i] { Q_EMIT clicked(i); });
+        connect(m_cells[i], &controls::ColorButton::clicked, this, [this, i] { Q_EMIT clicked(i); });
     }
     show({});
 }

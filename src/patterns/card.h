@@ -6,7 +6,7 @@
 #include <QObject>
 
 namespace controls {
-class ColorBox;
+class ColorButton;
 struct DesignRow;
 } // namespace controls
 
@@ -20,7 +20,7 @@ class Card : public QObject
 
 public:
     /// `first` is cell 1 of the design. The other cells are made here.
-    explicit Card(controls::ColorBox *first);
+    explicit Card(controls::ColorButton *first);
 
     /// Gives all cells their places. `row` is that of cell 1 in the design, drawn `scale` times as large.
     void place(const controls::DesignRow &row, double scale);
@@ -29,7 +29,7 @@ public:
     void show(const QString &drawing);
     /// Switches a cell between lit and unlit. `index` is 1 to 25.
     void toggle(int index);
-    controls::ColorBox *cell(int index) const { return m_cells[index]; }
+    controls::ColorButton *cell(int index) const { return m_cells[index]; }
     /// What a cell shows, and what all of them show row by row, as a screen reader is to say it.
     QString cellInWords(int index) const;
     QString inWords() const;
@@ -41,7 +41,7 @@ private:
     void paint(int index, bool lit);
     bool isLit(int index) const;
 
-    game::FromOne<controls::ColorBox *, cellCount> m_cells{};
+    game::FromOne<controls::ColorButton *, cellCount> m_cells{};
 };
 
 } // namespace patterns
