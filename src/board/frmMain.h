@@ -205,7 +205,7 @@ private:
     void describeBoard();
     void describeCalls();
     void nameSoon();
-    void nameByState(int most);
+    void nameByState(int left);
 
     QTimer *m_naming = buildTimer("naming", 100);
 

@@ -38,9 +38,7 @@ void frmMain::Form_Unload()
 void frmMain::applySettings(const QString &fontSize, const QString &interval)
 {
     iFontSize->setEditText(fontSize);
-    const int entry = cboSec->findText(interval, Qt::MatchFixedString | Qt::MatchCaseSensitive);
-    if (entry >= 0)
-        cboSec->setCurrentIndex(entry);
+    cboSec->setCurrentText(interval);
 }
 
 void frmMain::clearDisplays()

@@ -48,8 +48,6 @@ void frmMain::Timer1_Timer()
     if (speech::SpVoice::isWaiting())
         return;
     Timer1->setInterval(1500);
-    if (iCurPattern == 0)
-        return;
     const QStringList &frames = pattern(iCurPattern).frames;
     m_card->show(frames[iPatternFrame - 1]);
     iPatternFrame = iPatternFrame % static_cast<int>(frames.size()) + 1;

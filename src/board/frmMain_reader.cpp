@@ -79,11 +79,10 @@ void frmMain::nameSoon()
         m_naming->start();
 }
 
-/// Names up to `most` controls by what they show now. While the window is shown only a few at a time: a
+/// Names up to `left` controls by what they show now. While the window is shown only a few at a time: a
 /// screen reader with fifty events in its queue drops the sentences that follow.
-void frmMain::nameByState(int most)
+void frmMain::nameByState(int left)
 {
-    int left = most;
     const auto name = [&left](QWidget *control, const QString &spoken) {
         if (left > 0 && control->accessibleName() != spoken) {
             control->setAccessibleName(spoken);
