@@ -101,6 +101,7 @@ protected:
 
 private:
     void placeOnScreen(QMargins frame);
+    void watchScreens();
     void followScreen();
     void fit(QMargins frame);
     void layOut();

@@ -36,6 +36,26 @@ void frmMain::placeOnScreen(QMargins frame)
         frame);
 }
 
+/// Follows the window to another screen, and each change of a screen's scale or work area: a tenth of a
+/// second later, for a system tells of one change in several steps, and Windows resizes the windows between
+/// them.
+void frmMain::watchScreens()
+{
+    auto *settled = new QTimer(this);
+    settled->setSingleShot(true);
+    settled->setInterval(100);
+    connect(settled, &QTimer::timeout, this, &frmMain::followScreen);
+    const auto again = qOverload<>(&QTimer::start);
+    const auto watch = [=, this](const QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, settled, again);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, settled, again);
+    };
+    for (const QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(windowHandle(), &QWindow::screenChanged, settled, again);
+}
+
 /// Fits the window to its screen again when the screen's scale or its work area has changed.
 void frmMain::followScreen()
 {
@@ -123,7 +143,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         if (windowState() == Qt::WindowNoState)
             placeOnScreen(windowHandle()->frameMargins());
         Form_Resize(); // which bars the large board needs is known only now
-        controls::onScreenChange(this, [this] { followScreen(); });
+        watchScreens();
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -7,7 +7,6 @@
 #include <QPixmapCache>
 #include <QResizeEvent>
 #include <QScreen>
-#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
@@ -88,24 +87,6 @@ void refitWindows()
         if (window->isVisible() && !window->isMinimized())
             refit(window);
     }
-}
-
-void onScreenChange(QWidget *window, const std::function<void()> &changed)
-{
-    // A system tells of one change in several steps, and Windows resizes the windows between them.
-    auto *settled = new QTimer(window);
-    settled->setSingleShot(true);
-    settled->setInterval(100);
-    QObject::connect(settled, &QTimer::timeout, window, changed);
-    const auto again = qOverload<>(&QTimer::start);
-    const auto watch = [=](const QScreen *screen) {
-        QObject::connect(screen, &QScreen::availableGeometryChanged, settled, again);
-        QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, settled, again);
-    };
-    for (const QScreen *screen : QGuiApplication::screens())
-        watch(screen);
-    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, window, watch);
-    QObject::connect(window->windowHandle(), &QWindow::screenChanged, settled, again);
 }
 
 void showInFront(QWidget *window)

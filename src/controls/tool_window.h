@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 class QMargins;
 class QPoint;
 class QSize;
@@ -26,10 +24,6 @@ void moveInside(QWidget *window, QPoint place, QMargins frame);
 
 /// After a change of scale: gives every open window its size again, and keeps it inside the work area.
 void refitWindows();
-
-/// From now on calls `changed` when `window`, which has been shown, comes to another screen, or when the
-/// scale or the work area of one changes: a tenth of a second later, once for all that changed until then.
-void onScreenChange(QWidget *window, const std::function<void()> &changed);
 
 /// Brings a window to the front and makes it the active one, whether it is open, minimized or not shown yet.
 /// Without a place of its own it opens over its owner.
