@@ -10,8 +10,6 @@
 
 #include <algorithm>
 
-namespace colors = controls::colors;
-
 constexpr double leastFontSize = 5.0; // in points
 constexpr double greatestFontSize = 100.0;
 
@@ -39,7 +37,7 @@ void frmMain::setDisplayFonts()
 /// their column.
 void frmMain::drawLetters()
 {
-    RTB1->setText(game::letterColumn(2), colors::blue, Qt::AlignHCenter);
+    RTB1->setText(game::letterColumn(2), Qt::blue, Qt::AlignHCenter);
     const int letter = QFontMetrics(RTB1->font(), RTB1).horizontalAdvance(u'B');
     if (letter > RTB1->contentsRect().width())
         RTB1->setLetterWidth(RTB1->all(), 100 * RTB1->contentsRect().width() / letter);
@@ -50,7 +48,7 @@ void frmMain::drawLetters()
 void frmMain::drawButtonLetters()
 {
     const int pitch = mainDesign::row("cButt(1)").height + mainDesign::buttonGap;
-    RTB5->setText(game::letterColumn(1), colors::blue, Qt::AlignHCenter);
+    RTB5->setText(game::letterColumn(1), Qt::blue, Qt::AlignHCenter);
     RTB5->setLineHeight(controls::pixels(pitch, m_scale));
 }
 
@@ -59,7 +57,7 @@ void frmMain::EditBoard()
     QTextCursor edit(RTB2->document());
     edit.beginEditBlock();
     for (int n = 1; n <= game::numberCount; ++n) {
-        const QRgb color = iCalled[n] ? colors::red : colors::black;
+        const QColor color = iCalled[n] ? Qt::red : Qt::black;
         const int cell = game::cellOffset(n);
         if (RTB2->colorAt(cell) != color)
             RTB2->setColor({cell, game::cellWidth}, color);
@@ -72,7 +70,7 @@ void frmMain::EditBoard()
 
 void frmMain::editLastPress(int iButt)
 {
-    RTB3->setText(game::currentLabel(iButt), colors::red, Qt::AlignHCenter);
+    RTB3->setText(game::currentLabel(iButt), Qt::red, Qt::AlignHCenter);
 
     std::copy_backward(iLastCalls.begin(), iLastCalls.end() - 1, iLastCalls.end());
     iLastCalls[1] = iButt;
@@ -80,7 +78,7 @@ void frmMain::editLastPress(int iButt)
     QString past;
     for (int k = 2; k <= 5; ++k)
         past += game::pastEntry(iLastCalls[k]) + u' ';
-    RTB4->setText(past, colors::black);
+    RTB4->setText(past, Qt::black);
     describeCalls();
 }
 

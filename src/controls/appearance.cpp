@@ -103,22 +103,20 @@ public:
 
 static QPalette lightPalette()
 {
-    const struct
-    {
-        QPalette::ColorRole role;
-        QRgb color;
-    } roles[] = {
-        {QPalette::WindowText, colors::black},    {QPalette::Button, colors::buttonFace},
-        {QPalette::Light, colors::white},         {QPalette::Midlight, 0xFFE3E3E3},
+    // clang-format off
+    const std::pair<QPalette::ColorRole, QColor> roles[] = {
+        {QPalette::WindowText, Qt::black},        {QPalette::Button, colors::buttonFace},
+        {QPalette::Light, Qt::white},             {QPalette::Midlight, 0xFFE3E3E3},
         {QPalette::Dark, colors::buttonShadow},   {QPalette::Mid, 0xFFB8B8B8},
-        {QPalette::Text, colors::black},          {QPalette::BrightText, colors::white},
-        {QPalette::ButtonText, colors::black},    {QPalette::Base, colors::white},
+        {QPalette::Text, Qt::black},              {QPalette::BrightText, Qt::white},
+        {QPalette::ButtonText, Qt::black},        {QPalette::Base, Qt::white},
         {QPalette::Window, colors::buttonFace},   {QPalette::Shadow, 0xFF696969},
-        {QPalette::Highlight, colors::highlight}, {QPalette::HighlightedText, colors::white},
+        {QPalette::Highlight, colors::highlight}, {QPalette::HighlightedText, Qt::white},
         {QPalette::Link, colors::highlight},      {QPalette::LinkVisited, 0xFF6A1B9A},
         {QPalette::AlternateBase, 0xFFF7F7F7},    {QPalette::ToolTipBase, 0xFFFFFFDC},
-        {QPalette::ToolTipText, colors::black},   {QPalette::PlaceholderText, colors::disabledText},
+        {QPalette::ToolTipText, Qt::black},       {QPalette::PlaceholderText, colors::disabledText},
     };
+    // clang-format on
     QPalette palette;
     for (const auto &[role, color] : roles)
         palette.setColor(QPalette::All, role, color);

@@ -35,9 +35,9 @@ void ColorButton::paintEvent(QPaintEvent *)
     if (isFlat())
         fillFrame(painter, rect(), 1, colors::edge);
     else if (pressed)
-        fillFrame(painter, rect(), 1, 0xFF505050, colors::white);
+        fillFrame(painter, rect(), 1, 0xFF505050, Qt::white);
     else
-        fillFrame(painter, rect(), 1, colors::white, 0xFF696969);
+        fillFrame(painter, rect(), 1, Qt::white, 0xFF696969);
     if (option.state.testFlag(QStyle::State_HasFocus))
         fillFrame(painter, rect().adjusted(1, 1, -1, -1), 2, colors::highlight);
     painter.setPen(option.palette.color(QPalette::ButtonText));

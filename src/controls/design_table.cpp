@@ -67,7 +67,7 @@ static QWidget *makeControl(const DesignRow &row, QWidget *parent)
     case Kind::Line: {
         auto *line = new QWidget(parent); // filled: a frame's line may vanish between two device pixels
         line->setAutoFillBackground(true);
-        line->setPalette(QPalette(colors::black));
+        line->setPalette(QPalette(Qt::black));
         return line;
     }
     }

@@ -59,10 +59,9 @@ QTextCursor RichTextBox::cursorOver(Range range) const
     return cursor;
 }
 
-void RichTextBox::setOutline(Range range, QRgb color, double width)
+void RichTextBox::setOutline(Range range, const QColor &color, double width)
 {
-    set(range, QTextFormat::TextOutline,
-        QPen(QColor(color), width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    set(range, QTextFormat::TextOutline, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
 }
 
 void RichTextBox::setLineHeight(int pixels)
@@ -81,10 +80,10 @@ void RichTextBox::set(Range range, QTextFormat::Property property, const QVarian
     cursorOver(range).mergeCharFormat(format);
 }
 
-QRgb RichTextBox::colorAt(int position) const
+QColor RichTextBox::colorAt(int position) const
 {
     const QBrush brush = cursorOver({position, 1}).charFormat().foreground();
-    return brush.style() == Qt::NoBrush ? colors::black : brush.color().rgb();
+    return brush.style() == Qt::NoBrush ? QColor(Qt::black) : brush.color();
 }
 
 void RichTextBox::dropNeedlessBars()

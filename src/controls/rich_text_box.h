@@ -25,16 +25,19 @@ public:
     void setText(const QString &text, const QColor &color = {}, Qt::Alignment alignment = Qt::AlignLeft);
     Range all() const { return {0, document()->characterCount() - 1}; } // the last one ends the document
 
-    void setColor(Range range, QRgb color) { set(range, QTextFormat::ForegroundBrush, QBrush(color)); }
+    void setColor(Range range, const QColor &color)
+    {
+        set(range, QTextFormat::ForegroundBrush, QBrush(color));
+    }
     void setFontSize(Range range, double points) { set(range, QTextFormat::FontPointSize, points); }
     /// Makes letters narrower or wider, `percent` of their own width, without changing their height.
     void setLetterWidth(Range range, int percent) { set(range, QTextFormat::FontStretch, percent); }
     /// Draws a line `width` pixels wide along the edges of the letters, half of it on either side.
-    void setOutline(Range range, QRgb color, double width);
+    void setOutline(Range range, const QColor &color, double width);
     /// Makes every line of the text `pixels` high, the letters at its top. All letters must be of one size.
     void setLineHeight(int pixels);
     /// The colour of the character at `position`; black where nothing else was set.
-    QRgb colorAt(int position) const;
+    QColor colorAt(int position) const;
 
     /// Hides the scroll bars where each is shown only because the other covers a strip of the text.
     void dropNeedlessBars();

@@ -1,6 +1,5 @@
 #include "card.h"
 
-#include "appearance.h"
 #include "buttons.h"
 #include "design_table.h"
 #include "numbers.h"
@@ -73,12 +72,12 @@ void Card::toggle(int index)
 
 void Card::paint(int index, bool lit)
 {
-    m_cells[index]->setBackColor(lit ? controls::colors::black : controls::colors::white);
+    m_cells[index]->setBackColor(lit ? Qt::black : Qt::white);
 }
 
 bool Card::isLit(int index) const
 {
-    return m_cells[index]->backColor() != controls::colors::white;
+    return m_cells[index]->backColor() != Qt::white;
 }
 
 QString Card::cellInWords(int index) const

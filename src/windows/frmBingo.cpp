@@ -84,7 +84,7 @@ void frmBingo::setWord(double points)
     m_points = points;
     RTB1->setFontSize(word, points);
     const QFontMetricsF letters(controls::displayFont(points), RTB1);
-    RTB1->setOutline(word, controls::colors::black, 0.02 * letters.capHeight());
+    RTB1->setOutline(word, Qt::black, 0.02 * letters.capHeight());
     const double width = letters.horizontalAdvance(QStringLiteral("BINGO"));
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * RTB1->width() / width), 1, 100));
 }
@@ -107,7 +107,7 @@ void frmBingo::Timer1_Timer()
     RTB1->setFont(controls::displayFont(100.0)); // of the blank line above
     bFlash = !bFlash;
     if (bFlash) {
-        RTB1->setColor(word, controls::colors::white);
+        RTB1->setColor(word, Qt::white);
     } else {
         setWord(steps[iFlashStep].points);
         RTB1->setColor(word, steps[iFlashStep].color);
