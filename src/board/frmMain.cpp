@@ -1,6 +1,5 @@
 #include "frmMain.h"
 
-#include "catalogue.h"
 #include "frmMain_design.h"
 #include "screen_awake.h"
 

@@ -3,7 +3,6 @@
 #include "appearance.h"
 #include "draw.h"
 #include "message_box.h"
-#include "numbers.h"
 
 #include <QCoreApplication>
 

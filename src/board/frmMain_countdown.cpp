@@ -1,7 +1,6 @@
 #include "frmMain.h"
 
 #include "screen_awake.h"
-#include "sp_voice.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>

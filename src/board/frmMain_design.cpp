@@ -1,7 +1,6 @@
 #include "frmMain_design.h"
 
 #include "catalogue.h"
-#include "numbers.h"
 
 #include <algorithm>
 #include <cstring>

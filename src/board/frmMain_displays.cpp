@@ -2,7 +2,6 @@
 
 #include "appearance.h"
 #include "frmMain_design.h"
-#include "numbers.h"
 #include "numeric.h"
 
 #include <QFontMetrics>

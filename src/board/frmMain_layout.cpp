@@ -6,7 +6,6 @@
 #include "tool_window.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QScreen>
 #include <QWindow>
 

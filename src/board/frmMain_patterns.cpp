@@ -1,7 +1,6 @@
 #include "frmMain.h"
 
 #include "frmMain_design.h"
-#include "sp_voice.h"
 
 using patterns::Pattern;
 using patterns::pattern;

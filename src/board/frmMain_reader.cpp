@@ -1,7 +1,5 @@
 #include "frmMain.h"
 
-#include "numbers.h"
-
 using game::spokenLabel;
 
 static QString listed(const QStringList &texts)

@@ -1,6 +1,5 @@
 #include "frmMain.h"
 
-#include "error.h"
 #include "message_box.h"
 
 void frmMain::chkMakeVoiceCall_Click(bool checked)

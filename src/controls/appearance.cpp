@@ -6,7 +6,6 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPainter>
-#include <QPalette>
 #include <QPixmapCache>
 #include <QProxyStyle>
 #include <QStyleOption>

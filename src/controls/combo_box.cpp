@@ -6,7 +6,6 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
-#include <QWheelEvent>
 
 namespace controls {
 

@@ -2,7 +2,6 @@
 
 #include "appearance.h"
 
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QOperatingSystemVersion>
 #include <QPainter>
