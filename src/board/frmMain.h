@@ -218,8 +218,8 @@ private:
     void tDemo_Click(int Index);
     /// Selects pattern Index (1 to 21), or deselects it when it is the selected one.
     void cDemoButt_Click(int Index);
-    /// Shows pattern `id` from its beginning, 0 for none, and marks what it shadows in place of all other
-    /// numbers.
+    /// Shows pattern `id` from its beginning, 0 for none. The numbers that it shadows count as called, no
+    /// others.
     void selectPattern(int id);
     void Timer1_Timer();
 

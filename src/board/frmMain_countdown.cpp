@@ -34,8 +34,7 @@ void frmMain::setAutoCall(bool runs)
 
 void frmMain::Timer2_Timer()
 {
-    // While the operator answers a question or hears a sample nothing is drawn, and the countdown stands
-    // still.
+    // The countdown stands still while the operator answers a question or hears a sample.
     if (QApplication::activeModalWidget() || speech::SpVoice::isWaiting())
         return;
     // The notice of a full board would take the keyboard from a menu.

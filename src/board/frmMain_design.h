@@ -5,8 +5,7 @@
 /// The design of the main window: every control with its place, size, caption and tab position.
 namespace mainDesign {
 
-/// The client area, its least size, and what lies between the large board and the client area's edges, in
-/// twips.
+/// The client area, its least size, and the large board's distance from its edges, in twips.
 inline constexpr int clientWidth = 19230;
 inline constexpr int clientHeight = 10110;
 inline constexpr int leastClientWidth = 13890;

@@ -19,8 +19,7 @@ void frmMain::DrawBoards()
     RTB2->setText(game::boardText());
 }
 
-/// Gives the displays the fonts of the design, and the large board the size that is drawn, all as large as
-/// the window is.
+/// Gives the displays their fonts: those of the design and, for the large board, the size that is drawn.
 void frmMain::setDisplayFonts()
 {
     const std::pair<controls::RichTextBox *, double> sizes[] = {
@@ -32,8 +31,7 @@ void frmMain::setDisplayFonts()
     drawButtonLetters();
 }
 
-/// The letters beside the large board. They are as high as its rows, and narrowed where they are too wide for
-/// their column.
+/// The letters beside the large board, as high as its rows, and narrowed where their column is too narrow.
 void frmMain::drawLetters()
 {
     RTB1->setText(game::letterColumn(2), Qt::blue, Qt::AlignHCenter);

@@ -67,8 +67,8 @@ void frmMain::followScreen()
         m_bingo->cover();
 }
 
-/// Draws the design in its own size, or smaller where the work area cannot hold all of it. A window that the
-/// user has resized keeps its size as far as it fits.
+/// Draws the design smaller where the work area cannot hold all of it. A window that the user has resized
+/// keeps its size as far as it fits.
 void frmMain::fit(QMargins frame)
 {
     const double formerScale = m_scale;

@@ -31,9 +31,8 @@ QFont sansFont(double points = 8.0, bool bold = false);
 /// The font of the displays, bold "Courier New" or a face of the same widths, in points.
 QFont displayFont(double points);
 
-/// Fills a frame `width` pixels wide, just inside the bounds of `region`, all in the first colour where no
-/// second is given. Its sides are whole device pixels and equally wide at any scale, at which the lines of a
-/// pen may vanish.
+/// Fills a frame `width` pixels wide, just inside the bounds of `region`, in one colour or two. Its sides are
+/// whole device pixels and equally wide at any scale; the lines of a pen may vanish.
 void fillFrame(QPainter &painter, const QRegion &region, int width, const QColor &topLeft,
                QColor bottomRight = {});
 

@@ -6,9 +6,8 @@
 
 namespace controls {
 
-/// As long as the returned object lives the cursor is a wait cursor, and what the user types and clicks is
-/// held back. The windows get it when that object is destroyed. Meanwhile windows can be closed and boxes
-/// answered. (QEventLoop::ExcludeUserInputEvents would keep the closing of a window, too.)
+/// While the returned object lives the cursor is a wait cursor, and what the user types and clicks is kept.
+/// The windows get it when that object is destroyed. Meanwhile they can be closed, and boxes answered.
 [[nodiscard]] std::unique_ptr<QObject> delayInput();
 
 } // namespace controls

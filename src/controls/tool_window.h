@@ -18,8 +18,8 @@ QSize largestSize(const QWidget *window);
 /// Moves a tool window that has its size and has not been shown yet to the middle of the screen.
 void centreOnScreen(QWidget *window);
 
-/// Moves the outer top left of a window to `place`, or as near to it as keeps all of the window inside the
-/// work area. `frame` is what the desktop puts around it.
+/// Moves the outer top left of a window as near to `place` as keeps all of the window inside the work area.
+/// `frame` is what the desktop puts around it.
 void moveInside(QWidget *window, QPoint place, QMargins frame);
 
 /// After a change of scale: gives every open window its size again, and keeps it inside the work area.
