@@ -63,8 +63,6 @@ void frmMain::setUpControls()
     Text1->setAttribute(Qt::WA_InputMethodEnabled, false);
     Text1->raise();
 
-    RTB2->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    RTB2->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     RTB2->setLineWrapMode(QTextEdit::NoWrap); // a board that is too wide scrolls
     RTB1->followScrolling(RTB2);
     RTB4->setWordWrapMode(QTextOption::WordWrap);

@@ -4,9 +4,6 @@
 #include "frmMain_design.h"
 #include "numeric.h"
 
-#include <QFontMetrics>
-#include <QTextCursor>
-
 #include <algorithm>
 
 constexpr double leastFontSize = 5.0; // in points
@@ -26,7 +23,7 @@ void frmMain::setDisplayFonts()
         {RTB1, m_fontSize}, {RTB2, m_fontSize}, {RTB3, 95.25}, {RTB4, 39.75}, {RTB5, 17.0}}; // in points
     for (const auto &[display, points] : sizes)
         display->setFont(controls::displayFont(points * m_scale));
-    RTB2->dropNeedlessBars();
+    RTB2->showNeededBars();
     drawLetters();
     drawButtonLetters();
 }

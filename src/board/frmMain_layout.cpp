@@ -171,7 +171,7 @@ void frmMain::Form_Resize()
     const int right = width - pixels(mainDesign::boardRightMargin, m_scale);
     RTB1->resize(RTB1->width(), bottom - RTB1->y());
     RTB2->resize(right - RTB2->x(), bottom - RTB2->y());
-    RTB2->dropNeedlessBars();
+    RTB2->showNeededBars();
     RTB1->showStart();
     RTB2->showStart();
 }

@@ -7,8 +7,7 @@ using patterns::pattern;
 
 void frmMain::BuildDemo()
 {
-    auto *first = controls::control<controls::ColorButton>(m_client, "tDemo(1)");
-    m_card = new patterns::Card(first);
+    m_card = new patterns::Card(controls::control<controls::ColorButton>(m_client, "tDemo(1)"));
     m_card->place(mainDesign::row("tDemo(1)"), m_scale);
     connect(m_card, &patterns::Card::clicked, this, &frmMain::tDemo_Click);
 }

@@ -86,7 +86,7 @@ QColor RichTextBox::colorAt(int position) const
     return brush.style() == Qt::NoBrush ? QColor(Qt::black) : brush.color();
 }
 
-void RichTextBox::dropNeedlessBars()
+void RichTextBox::showNeededBars()
 {
     for (const Qt::ScrollBarPolicy policy : {Qt::ScrollBarAlwaysOff, Qt::ScrollBarAsNeeded}) {
         setHorizontalScrollBarPolicy(policy);

@@ -39,8 +39,8 @@ public:
     /// The colour of the character at `position`; black where nothing else was set.
     QColor colorAt(int position) const;
 
-    /// Hides the scroll bars where each is shown only because the other covers a strip of the text.
-    void dropNeedlessBars();
+    /// Lets scroll bars come where the text needs them, and none only because the other covers a strip of it.
+    void showNeededBars();
     /// Scrolls to the beginning of the text.
     void showStart();
     /// From now on shows the same lines as `leader`, whose wheel and scroll bar move both.
