@@ -59,11 +59,6 @@ QTextCursor RichTextBox::cursorOver(Range range) const
     return cursor;
 }
 
-void RichTextBox::setOutline(Range range, const QColor &color, double width)
-{
-    set(range, QTextFormat::TextOutline, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-}
-
 void RichTextBox::setLineHeight(int pixels)
 {
     document()->setTextWidth(viewport()->width()); // else nothing has a height before the first showing

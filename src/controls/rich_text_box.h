@@ -32,8 +32,8 @@ public:
     void setFontSize(Range range, double points) { set(range, QTextFormat::FontPointSize, points); }
     /// Makes letters narrower or wider, `percent` of their own width, without changing their height.
     void setLetterWidth(Range range, int percent) { set(range, QTextFormat::FontStretch, percent); }
-    /// Draws a line `width` pixels wide along the edges of the letters, half of it on either side.
-    void setOutline(Range range, const QColor &color, double width);
+    /// Draws the edges of the letters with `pen`, half of it on either side.
+    void setOutline(Range range, const QPen &pen) { set(range, QTextFormat::TextOutline, pen); }
     /// Makes every line of the text `pixels` high, the letters at its top. All letters must be of one size.
     void setLineHeight(int pixels);
     /// The colour of the character at `position`; black where nothing else was set.

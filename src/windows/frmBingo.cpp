@@ -84,7 +84,8 @@ void frmBingo::setWord(double points)
     m_points = points;
     RTB1->setFontSize(word, points);
     const QFontMetricsF letters(controls::displayFont(points), RTB1);
-    RTB1->setOutline(word, Qt::black, 0.02 * letters.capHeight());
+    RTB1->setOutline(word,
+                     {Qt::black, 0.02 * letters.capHeight(), Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin});
     const double width = letters.horizontalAdvance(QStringLiteral("BINGO"));
     RTB1->setLetterWidth(word, std::clamp(static_cast<int>(100 * RTB1->width() / width), 1, 100));
 }
