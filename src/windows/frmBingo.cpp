@@ -23,19 +23,18 @@ constexpr DesignRow design[] = {
 };
 
 /// What the word looks like when it is not white; at step 0 it still is.
-constexpr struct { double points; QRgb color; } steps[] = {
-    {250.0, 0xFFFFFFFF},
-    {300.0, 0xFF0000FF},
-    {150.0, 0xFFFF0000},
-    {300.0, 0xFF000000},
-    {150.0, 0xFF00FF00},
-    {300.0, 0xFFFFFF00},
-    {150.0, 0xFFFF00FF},
+constexpr struct { double points; Qt::GlobalColor color; } steps[] = {
+    {250.0, Qt::white},
+    {300.0, Qt::blue},
+    {150.0, Qt::red},
+    {300.0, Qt::black},
+    {150.0, Qt::green},
+    {300.0, Qt::yellow},
+    {150.0, Qt::magenta},
 };
 // clang-format on
 
 constexpr int lastStep = 6;
-constexpr QRgb cyan = 0xFF00FFFF;
 constexpr controls::RichTextBox::Range word{1, 5};
 
 frmBingo::frmBingo(QWidget *owner)
@@ -73,7 +72,7 @@ void frmBingo::cover()
 
 void frmBingo::fill()
 {
-    RTB1->setText(QStringLiteral("\nBINGO"), cyan, Qt::AlignHCenter);
+    RTB1->setText(QStringLiteral("\nBINGO"), Qt::cyan, Qt::AlignHCenter);
     setWord(250.0);
     RTB1->showStart();
 }
