@@ -29,10 +29,8 @@ void frmMain::placeOnScreen(QMargins frame)
 {
     fit(frame);
     const QRect whole = screen()->geometry();
-    const QSize outer = size().grownBy(frame);
-    controls::moveInside(
-        this, whole.topLeft() + QPoint(whole.width() - outer.width(), whole.height() - outer.height()) / 2,
-        frame);
+    const QSize space = whole.size() - size().grownBy(frame);
+    controls::moveInside(this, whole.topLeft() + QPoint(space.width(), space.height()) / 2, frame);
 }
 
 /// Follows the window to another screen, and each change of a screen's scale or work area: a tenth of a
@@ -76,7 +74,7 @@ void frmMain::fit(QMargins frame)
     m_area = screen()->availableSize();
     const QSize bar(0, menuBar()->sizeHint().height());
     const QSize available = m_area.shrunkBy(frame) - bar;
-    const QSize size = m_ownSize;
+    const QSize ownSize = m_ownSize; // which the steps below may change
     const QSize full(pixels(mainDesign::clientWidth), pixels(mainDesign::clientHeight));
     const int percent =
         std::min({100, 100 * available.width() / full.width(), 100 * available.height() / full.height()});
@@ -86,8 +84,8 @@ void frmMain::fit(QMargins frame)
     m_client->setMinimumSize(pixelsUp(mainDesign::leastClientWidth, m_scale),
                              pixelsUp(mainDesign::leastClientHeight, m_scale));
     m_isRefitDue = windowState() != Qt::WindowNoState;
-    const QSize wanted = (size.isEmpty() ? designSize() : size.boundedTo(available)) + bar;
-    if (!m_isRefitDue && !isAbout(wanted, this->size()))
+    const QSize wanted = (ownSize.isEmpty() ? designSize() : ownSize.boundedTo(available)) + bar;
+    if (!m_isRefitDue && !isAbout(wanted, size()))
         resize(wanted);
 }
 
