@@ -13,7 +13,8 @@ const char *moments[] = {
     "enter 75.5, enter -3, enter BX, enter nan, enter ",
     "size 12.5, enter ; size 3, enter ; size 250, enter ; size abc, enter ; size 4, click cmdClear",
     "size 37, key Up; size 60, key Down",
-    "size 37, key Alt+Down, key Return; key Alt+Down, key Down, key Return",
+    "size 37, key Alt+Down, key Return; size 37, key Alt+Down, key Escape, enter 32; "
+    "size 37, key Alt+Down, key Down, key Return",
     "click cboSec, key Up, key Return; session; click chkAutoCall, seconds 2; click chkAutoCall; halfhour",
     "click chkAutoCall, key Tab, key F10; seconds 2; key F10; size 35, choose mnuExit",
     "click cDemoButt(21); click cDemoButt(1); click cDemoButt(10); enter 2, type Rpr; click cmdClear",

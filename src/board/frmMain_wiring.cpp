@@ -28,7 +28,8 @@ void frmMain::wireGame()
     connect(chkAutoCall, &QCheckBox::clicked, this, &frmMain::chkAutoCall_Click);
     connect(Timer2, &QTimer::timeout, this, &frmMain::Timer2_Timer);
     connect(m_afterCall, &QTimer::timeout, this, &frmMain::keepScreenOn);
-    connect(cboSec, &ComboBox::chosenFromList, this, [this] { focusOn(Text1); });
+    for (const ComboBox *list : {cboSec, iFontSize})
+        connect(list, &ComboBox::listClosed, this, [this] { focusOn(Text1); });
     connect(chkMakeVoiceCall, &QCheckBox::clicked, this, &frmMain::chkMakeVoiceCall_Click);
 
     connect(iFontSize, &ComboBox::activated, this, &frmMain::iFontSize_Click);

@@ -5,7 +5,6 @@
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
-#include <QScopedValueRollback>
 
 namespace controls {
 
@@ -13,10 +12,6 @@ ComboBox::ComboBox(QWidget *parent, bool editable)
     : QComboBox(parent)
 {
     setFocusPolicy(editable ? Qt::StrongFocus : Qt::TabFocus);
-    connect(this, &QComboBox::activated, this, [this] {
-        if (!m_isStepping)
-            Q_EMIT chosenFromList();
-    });
     if (!editable)
         return;
     setLineEdit(new TextBox(this)); // which makes it editable
@@ -49,12 +44,11 @@ void ComboBox::choose(Step step)
 
 void ComboBox::keyPressEvent(QKeyEvent *event)
 {
-    const QScopedValueRollback stepping(m_isStepping, true);
-    const bool isPlain = !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
+    const bool steps = isEditable() && !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
     const int key = event->key();
-    if (isEditable() && isPlain && (key == Qt::Key_Down || key == Qt::Key_PageDown))
+    if (steps && (key == Qt::Key_Down || key == Qt::Key_PageDown))
         choose(Greater);
-    else if (isEditable() && isPlain && (key == Qt::Key_Up || key == Qt::Key_PageUp))
+    else if (steps && (key == Qt::Key_Up || key == Qt::Key_PageUp))
         choose(Smaller);
     else
         QComboBox::keyPressEvent(event);
@@ -62,7 +56,6 @@ void ComboBox::keyPressEvent(QKeyEvent *event)
 
 void ComboBox::wheelEvent(QWheelEvent *event)
 {
-    const QScopedValueRollback stepping(m_isStepping, true);
     if (!hasFocus())
         event->ignore();
     else if (!isEditable())
@@ -77,8 +70,8 @@ void ComboBox::showPopup()
         const QString text = currentText();
         setCurrentIndex(findText(text));
         setEditText(text);
-        view()->installEventFilter(this);
     }
+    view()->installEventFilter(this);
     QComboBox::showPopup();
     if (currentIndex() >= 0)
         return;
@@ -87,10 +80,12 @@ void ComboBox::showPopup()
                                               QItemSelectionModel::NoUpdate);
 }
 
-/// Keys for a list in which nothing is selected, since the text in the box is none of its entries. A key that
-/// closes it chooses nothing; Qt would empty the box.
+/// Tells that the list closes, and has keys for one in which nothing is selected, since the text in the box
+/// is none of its entries. A key that closes it chooses nothing; Qt would empty the box.
 bool ComboBox::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Hide && watched == view())
+        Q_EMIT listClosed();
     const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
     if (!isKey || watched != view() || view()->selectionModel()->hasSelection())
         return QComboBox::eventFilter(watched, event);

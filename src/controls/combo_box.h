@@ -17,8 +17,8 @@ public:
     void showPopup() override;
 
 Q_SIGNALS:
-    /// An entry was chosen from the open list; no key or wheel stepped to it.
-    void chosenFromList();
+    /// The list closes. If an entry was chosen, activated() follows.
+    void listClosed();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -30,8 +30,6 @@ private:
 
     int entryBeside(Step step) const;
     void choose(Step step);
-
-    bool m_isStepping = false;
 };
 
 } // namespace controls
