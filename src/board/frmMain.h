@@ -171,6 +171,9 @@ private:
     void menuBar_Left();
     /// Moves the focus. A font size that was typed but not entered gives way to the one that is drawn.
     void focusOn(QWidget *control);
+    /// Takes a key from the pause button where it is not for that: P pauses and plays as in the entry box,
+    /// and what is typed while calls are paused goes there. True when the key has been used.
+    bool typedAtPause(QKeyEvent &key);
 
     bool m_isTick = false;     // a tick of the countdown is running, and no action of the user
     bool m_focusIsDue = false; // for focusByRule, when the keyboard leaves the menu bar

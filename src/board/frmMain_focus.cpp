@@ -1,5 +1,8 @@
 #include "frmMain.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
+
 /// Empties the entry box and gives it the focus, ready for the next number.
 void frmMain::returnToEntry()
 {
@@ -38,4 +41,19 @@ void frmMain::focusOn(QWidget *control)
         iFontSize->setEditText(QString::number(m_fontSize)); // what is drawn
     m_focusIsDue = false;
     control->setFocus();
+}
+
+bool frmMain::typedAtPause(QKeyEvent &key)
+{
+    const QChar typed = controls::typedCharacter(key);
+    if (typed == u'p' || typed == u'P') {
+        cPause_Click();
+        return true;
+    }
+    const bool isForEntry = !Timer2->isActive() && typed.isPrint() && typed != u' ';
+    if (isForEntry) {
+        focusOn(Text1);
+        QCoreApplication::sendEvent(Text1, &key);
+    }
+    return isForEntry;
 }

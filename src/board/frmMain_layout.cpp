@@ -6,6 +6,7 @@
 #include "tool_window.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 
@@ -129,6 +130,8 @@ void frmMain::showEvent(QShowEvent *event)
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == cPause && event->type() == QEvent::KeyPress)
+        return typedAtPause(static_cast<QKeyEvent &>(*event));
     if (watched == m_client && event->type() == QEvent::Resize) {
         rememberSize();
         Form_Resize();

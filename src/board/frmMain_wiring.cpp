@@ -15,6 +15,7 @@ void frmMain::wire()
     connect(&m_announcement, &voice::Announcement::EndStream, this, &frmMain::V_EndStream);
     connect(&m_announcement, &voice::Announcement::Failed, this, &frmMain::ReportError);
     m_client->installEventFilter(this); // its size: Form_Resize
+    cPause->installEventFilter(this);   // what is typed there: typedAtPause
 }
 
 void frmMain::wireGame()

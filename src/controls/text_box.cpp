@@ -22,10 +22,10 @@ static Qt::KeyboardModifiers commandModifiers(const QKeyEvent &event)
     return isAltGr ? Qt::NoModifier : held;
 }
 
-/// The character of a key for its owner: R and P by their place, as the keyboards of most countries have
-/// them, where the key types a letter that is not Latin; else what it types.
-static QChar shownCharacter(const QKeyEvent &event)
+QChar typedCharacter(const QKeyEvent &event)
 {
+    if (commandModifiers(event) || event.text().size() != 1)
+        return {};
     const quint32 place = event.nativeScanCode() - (isWindows ? 0 : 8); // X11 and Wayland count from 8
     const QChar typed = event.text().front();
     const bool isForeign = typed.script() > QChar::Script_Latin;
@@ -67,11 +67,11 @@ bool TextBox::swallowed(QChar character)
 void TextBox::keyPressEvent(QKeyEvent *event)
 {
     enterIfDue();
-    const Qt::KeyboardModifiers held = commandModifiers(*event);
-    const QString text = event->text();
-    if (held & (Qt::AltModifier | Qt::MetaModifier) && !text.isEmpty() && text.front().isPrint())
+    const bool isCommand = commandModifiers(*event) & (Qt::AltModifier | Qt::MetaModifier);
+    const QChar typed = typedCharacter(*event);
+    if (isCommand && !event->text().isEmpty() && event->text().front().isPrint())
         event->ignore(); // QLineEdit would type it
-    else if (held || text.size() != 1 || !swallowed(shownCharacter(*event)))
+    else if (typed.isNull() || !swallowed(typed))
         QLineEdit::keyPressEvent(event);
     enterIfDue(); // what the key pasted
 }

@@ -7,6 +7,10 @@ namespace controls {
 /// The character code of Enter.
 inline constexpr int enter = 13;
 
+/// The character of a key: R and P by their place, as the keyboards of most countries have them, where the
+/// key types a letter that is not Latin; else what it types. Null where it types none, or is a command.
+QChar typedCharacter(const QKeyEvent &event);
+
 /// A one-line text box that shows each typed character to its owner before it takes it. Of a pasted or
 /// dropped text with line breaks it enters the first line that is not empty, and leaves out the others.
 class TextBox : public QLineEdit

@@ -142,13 +142,21 @@ private:
     void type(const QString &text)
     {
         for (const QChar sign : text) {
-            if (now["focus"] == "cPause")
-                sign == '\r' ? playOrPause() : void();
-            else if (const QString entry = std::exchange(now["Text1"], QString()); sign == '\r')
-                enter(entry.mid(entry.startsWith('n')).toInt());
-            else
-                sign == 'r' ? draw() : sign == 'P' ? playOrPause() : void(now["Text1"] = entry + sign);
+            const bool isAtPause = now["focus"] == "cPause";
+            if (isAtPause && (sign == '\r' || sign == 'P'))
+                playOrPause();
+            else if (!isAtPause || !isCounting())
+                typeInEntry(sign);
         }
+    }
+    void typeInEntry(QChar sign)
+    {
+        toEntry();
+        const QString entry = std::exchange(now["Text1"], QString());
+        if (sign == '\r')
+            enter(entry.mid(entry.startsWith('n')).toInt());
+        else
+            sign == 'r' ? draw() : sign == 'P' ? playOrPause() : void(now["Text1"] = entry + sign);
     }
     void enter(int n) { n >= 1 && n <= 75 ? number(n) : void(m_said += "Nothing called"); }
 
