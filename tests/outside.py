@@ -17,7 +17,6 @@ from support.desktop import PATIENCE, Program, manage_windows, run, wait_for, wa
 PROGRAM = Path(sys.argv.pop(1)).resolve()
 UNPRIVILEGED = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"] if os.geteuid() == 0 else []
 LISTENING = ["env", "--default-signal=INT,HUP,PIPE"]  # which nohup, a script's background and Python ignore
-FAKE_SPEECHD = Path(__file__).resolve().parent / "support/fake_speechd.py"
 ORCA = Path("/usr/bin/orca")
 F10 = "76"  # by its place: with the keyboard tables of the next Debian, xdotool holds Alt while it presses the name
 VOICES, HELP, ABOUT = ["Down", "Return"], ["Right", "Down", "Return"], ["Right", "Down", "Down", "Return"]
@@ -81,7 +80,7 @@ class Outside(unittest.TestCase):
         """Starts a speech service that programs will find from now on."""
         Path("speech").unlink(missing_ok=True)
         with open("heard", "w") as heard:
-            self.service = self.run_beside(FAKE_SPEECHD, "speech", mood, stdout=heard)
+            self.service = self.run_beside(f"{sys.path[0]}/support/fake_speechd.py", "speech", mood, stdout=heard)
         self.heard("listening")
 
     def run_beside(self, *command, **options):
@@ -214,10 +213,8 @@ class Outside(unittest.TestCase):
                 self.assertEqual(FILE.read_bytes(), b"[Options]\r\nFontSz=36\r\nAutoCallTm=5\r\n")
 
     def test_no_display(self):
-        for display in (), ("DISPLAY=:65000",):
-            command = ["env", "-i", *display, PROGRAM]
-            ended = subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE, check=False)
-            self.assertRegex(f"{ended.returncode} {ended.stderr}", r"\A1 vellomir: .*display.*\n\Z")
+        ended = subprocess.run(["env", "-i", PROGRAM], capture_output=True, text=True, timeout=PATIENCE, check=False)
+        self.assertRegex(f"{ended.returncode} {ended.stderr}", r"\A1 vellomir: .*display.*\n\Z")
 
     # ---- The screen
 

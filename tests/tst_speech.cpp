@@ -45,7 +45,8 @@ private Q_SLOTS:
         const QString by = "%1%2 by CAP_LET_RECOGN none, CLIENT_NAME :vellomir:main, NOTIFICATION ALL on, "
                            "OUTPUT_MODULE %3, PRIORITY message, PUNCTUATION none, RATE %4, SPELLING off, "
                            "SYNTHESIS_VOICE %5";
-        const QString socket = m_folder.filePath(QString::number(seed));
+        const QTemporaryDir folder;
+        const QString socket = folder.filePath("socket");
         qputenv("SPEECHD_ADDRESS", "unix_socket:" + socket.toLocal8Bit());
         QProcess service;
         service.start(QFINDTESTDATA("support/fake_speechd.py"), {socket, QString::number(seed)});
@@ -102,8 +103,7 @@ private Q_SLOTS:
         service.waitForFinished();
         QCoreApplication::processEvents(QEventLoop::AllEvents, 9999); // A loss of no text is no failure.
         heard += service.readAll();
-        log.removeAll("");
-        log.removeAll("The speech service was lost.");
+        log = log.filter(QRegularExpression("^(?!$|The speech service was lost)"));
         QVERIFY(!log.isEmpty());
         const QRegularExpression news(" by |does not answer|^OK$");
         QCOMPARE(log, QString(heard).split('\n').filter(news).mid(0, log.size()));
@@ -112,7 +112,7 @@ private Q_SLOTS:
     /// Where nobody answers, the service is to be started; where it can be neither, there is none.
     void cannotStart()
     {
-        qputenv("XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit());
+        qputenv("XDG_RUNTIME_DIR", "/none");
         qputenv("SPEECHD_CMD", "no-such-command");
         for (const char *address : {"", "inet_socket:::1:1", "unix_socket:/none"}) {
             qputenv("SPEECHD_ADDRESS", address);
@@ -128,9 +128,6 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QCOMPARE(failures, QStringList("Try 'grep --help' for more information."));
     }
-
-private:
-    const QTemporaryDir m_folder;
 };
 
 QTEST_GUILESS_MAIN(TestSpeech)

@@ -58,9 +58,8 @@ class Program(subprocess.Popen):
         if self.returncode is None and not failure:
             self.activate()
             self.key("alt+F4")
-            said = self.communicate(timeout=PATIENCE)[1]
-            ended = self.returncode, re.sub(SAID_BY_QT, "", said)
-            assert ended == (0, ""), ended
+            ended = re.sub(SAID_BY_QT, "", self.communicate(timeout=PATIENCE)[1]), self.returncode
+            assert ended == ("", 0), ended
         self.kill()
         super().__exit__(failure, *rest)
 
@@ -137,8 +136,7 @@ class Program(subprocess.Popen):
 
 
 def children(accessible):
-    every = map(accessible.get_child_at_index, range(accessible.get_child_count()))
-    return [child for child in every if child]
+    return list(filter(None, map(accessible.get_child_at_index, range(accessible.get_child_count()))))
 
 
 def has(accessible, *states):

@@ -47,9 +47,7 @@ public:
     Facts facts()
     {
         Facts all = now;
-        QStringList last, past, reds;
-        for (const int n : m_last)
-            last += spoken(n), past += label(n);
+        QStringList reds;
         for (const int n : m_red)
             reds += spoken(n);
         for (int n = 1; n <= 75; ++n)
@@ -58,15 +56,14 @@ public:
                 (m_red.contains(n) ? " red" : "");
         for (int i = 1; i <= 25; ++i)
             all[QString("tDemo(%1) in words").arg(i)] = cell(i) + (isLit(i) ? " #000000" : " #ffffff");
-        const QString count = QString::number(m_count);
         all.insert({
-            {"lblCallCnt", "Balls Called: " + count},
-            {"state in words", QStringList(last.mid(0, 1) + QStringList(count + " called")).join(", ")},
+            {"lblCallCnt", QString("Balls Called: %1").arg(m_count)},
+            {"state in words", (m_last.mid(0, 1) << QString("%1 called").arg(m_count)).join(", ")},
             {"RTB2 in words", listed(reds)},
-            {"RTB3", past.value(0)},
-            {"RTB3 in words", listed(last.mid(0, 1))},
-            {"RTB4", past.mid(1).join(' ')},
-            {"RTB4 in words", listed(last.mid(1))},
+            {"RTB3", m_last.value(0).remove(' ')},
+            {"RTB3 in words", listed(m_last.mid(0, 1))},
+            {"RTB4", m_last.mid(1).join(',').remove(' ').replace(',', ' ')},
+            {"RTB4 in words", listed(m_last.mid(1))},
             {"boxes", std::exchange(m_boxes, {}).join(". ")},
             {"said", std::exchange(m_said, {}).join(". ")},
         });
@@ -101,7 +98,7 @@ private:
     {
         if (!m_called[n]) {
             m_called[n] = true;
-            m_last = (QList<int>{n} + m_last).mid(0, 5);
+            m_last = (QStringList(spoken(n)) + m_last).mid(0, 5);
             ++m_count;
             m_red = m_called.keys(true);
             if (!isOn("chkMakeVoiceCall"))
@@ -224,8 +221,8 @@ private:
         {"focus", "Text1"}, {"chkMakeVoiceCall", "Make Voice Calls"}, {"mnuShaddow", "Shaddow Buttons true"}};
     QList<QStringList> m_patterns{{"", "", QString(25, '.')}};
     QMap<int, bool> m_called;
-    QList<int> m_red, m_last;
-    QStringList m_forms, m_boxes, m_said;
+    QList<int> m_red;
+    QStringList m_last, m_forms, m_boxes, m_said;
     QString m_card, m_answer;
     int m_count = 0, m_pattern = 0, m_left = 0;
     double m_fraction = 0.5;
