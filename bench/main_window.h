@@ -13,13 +13,13 @@
 #include <QTest>
 #include <QTimer>
 
-/// The program's main window, made by its start-up, whose voices speak through `speech`.
+/// The program's main window, made by its start-up, whose voices speak through FakeSpeech.
 class MainWindow
 {
 public:
     MainWindow()
     {
-        speech::SpVoice::setSystemEngine(speech.factory());
+        speech::SpVoice::setSystemEngine([] { return std::make_unique<FakeSpeech>(); });
         m_program = modMain::Main();
         window = m_program.get();
         if (!QTest::qWaitForWindowExposed(window))
@@ -46,7 +46,6 @@ public:
         QCoreApplication::sendEvent(timer, &over);
     }
 
-    FakeSpeech speech;
     QWidget *window = nullptr;
 
 private:

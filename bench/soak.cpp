@@ -105,9 +105,9 @@ int main(int argc, char *argv[])
         w.press((i - 1) % 75 + 1);
         if (i % 75 == 0)
             w.press("cDemoButt(21)"); // takes all calls back, but not the count
-        while (w.speech.spoken.size() < 2)
+        while (FakeSpeech::spoken.size() < 2)
             QCoreApplication::processEvents();
-        w.speech.spoken.clear();
+        FakeSpeech::spoken.clear();
     });
     const bool counted =
         w.find<QLabel>("lblCallCnt")->text() == QString("Balls Called: %1").arg(100000 / divisor);

@@ -2,10 +2,8 @@
 
 #include "support/room.h"
 
-namespace {
-
 /// How thick the four sides of a control's frame are in pixels of the screen: "1111".
-QString frameOf(const QImage &picture, const QWidget *control)
+static QString frameOf(const QImage &picture, const QWidget *control)
 {
     const double scale = picture.devicePixelRatio();
     const QPointF origin = control->mapTo(control->window(), QPoint(0, 0));
@@ -22,7 +20,11 @@ QString frameOf(const QImage &picture, const QWidget *control)
     return sides;
 }
 
-} // namespace
+/// The last line of a display, at its height in what holds the display.
+static QRect lastLine(const QTextEdit *display)
+{
+    return display->cursorRect(QTextCursor(display->document()->lastBlock())).translated(0, display->y());
+}
 
 class TestLayout : public QObject
 {
@@ -49,9 +51,7 @@ private Q_SLOTS:
             isWhole &= one->fontMetrics().horizontalAdvance(caption) + frame <= one->width();
             QVERIFY2(isWhole, qPrintable(one->objectName() + ' ' + sides));
         }
-        const auto *letters = room.find<QTextEdit>("RTB5");
-        const QTextCursor last(letters->document()->lastBlock());
-        const int middle = letters->y() + letters->cursorRect(last).center().y();
+        const int middle = lastLine(room.find<QTextEdit>("RTB5")).center().y();
         QVERIFY(qAbs(middle - room.find("cButt(61)")->geometry().center().y()) <= 3);
     }
 
@@ -61,9 +61,6 @@ private Q_SLOTS:
     {
         Room room;
         auto *letters = room.find<QTextEdit>("RTB1"), *board = room.find<QTextEdit>("RTB2");
-        const auto bottom = [](const QTextEdit *display) {
-            return display->cursorRect(QTextCursor(display->document()->lastBlock())).bottom();
-        };
         const double finer = room.window->logicalDpiX() / 96.0;
         const int percent = int(100 * room.window->screen()->availableSize().width() / (1282 * finer));
         const double scale = finer * qMin(percent, 100) / 100;
@@ -74,7 +71,7 @@ private Q_SLOTS:
             board->setFocus();
             room.play("key PgDown");
             QCOMPARE(board->verticalScrollBar()->value() > 0, points > 50);
-            QCOMPARE(bottom(letters), bottom(board));
+            QCOMPARE(lastLine(letters).bottom(), lastLine(board).bottom());
             QCOMPARE(letters->geometry().bottom(), board->geometry().bottom());
             room.window->resize(room.window->size() + QSize(points, 5 * points));
             QCOMPARE(board->verticalScrollBar()->value(), 0);

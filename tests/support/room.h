@@ -3,10 +3,11 @@
 #include "appearance.h"
 #include "application.h"
 #include "draw.h"
+#include "fake_speech.h"
 #include "modMain.h"
+#include "rules.h"
 #include "screen_awake.h"
-#include "support/fake_speech.h"
-#include "support/rules.h"
+#include "text_file.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -39,9 +40,7 @@ void QAccessible::updateAccessibility(QAccessibleEvent *event)
 /// The lines of a file; none where there is no file.
 inline QStringList linesOf(const QString &path)
 {
-    QFile file(path);
-    const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    return QString::fromUtf8(content).split('\n', Qt::SkipEmptyParts);
+    return base::readTextFile(path).value_or("").split('\n', Qt::SkipEmptyParts);
 }
 
 /// Compares lines with those of a file, or writes them there.
@@ -61,22 +60,21 @@ public:
     {
         game::randomFraction = [this] { return m_fraction; };
         QFile::remove(modMain::SettingsPath);
-        speech::SpVoice::setSystemEngine(speech.factory());
+        speech::SpVoice::setSystemEngine([] { return std::make_unique<FakeSpeech>(); });
+        FakeSpeech::speaksByItself = true;
         qApp->installEventFilter(this);
         answer();
-        m_program = modMain::Main();
-        window = m_program.get();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        speech.engine->open();
+        window = modMain::Main();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        FakeSpeech::engine->open();
         said.clear();
     }
     /// Closes the main window, and with it the program.
     ~Room() override
     {
-        QTimer::singleShot(0, window, &QWidget::close);
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QTimer::singleShot(0, window.get(), &QWidget::close);
         QCoreApplication::exec();
-        m_program.reset();
+        window.reset();
         QVERIFY(!screenStaysOn && QFile::exists(modMain::SettingsPath));
     }
 
@@ -84,8 +82,7 @@ public:
     template <class Control = QWidget>
     Control *find(const QString &name) const
     {
-        auto *found = window->findChild<Control *>(name);
-        return found ? found : (qFatal("no control %s", qPrintable(name)), nullptr);
+        return window->findChild<Control *>(name);
     }
     /// What a control shows: its text, and whether it is checked.
     static QString content(const QObject *control,
@@ -110,18 +107,22 @@ public:
                 {"size", [&] { click(find("iFontSize")), key("Ctrl+A"), type(what); }},
                 {"choose", [&] { choose(find<QAction>(what)); }},
                 {"close", [&] { find(what)->close(); }},
-                {"voices", [&] { speech.engine->open(); }},
+                {"voices", [&] { FakeSpeech::engine->open(); }},
                 {"answers", [&] { m_answer = what; }},
                 {"seconds", [&] { tick(find<QTimer>("Timer2"), what.toInt()); }},
                 {"frames", [&] { tick(find<QTimer>("Timer1"), what.toInt()); }},
                 {"halfhour", [&] { tick(find<QTimer>("afterCall")); }},
                 {"draws", [&] { m_fraction = what.toDouble(); }},
-                {"silence", [&] { speech.speaksByItself = what == "over"; }},
-                {"ends", [&] { speech.spoken += "end", speech.engine->ended(); }},
-                {"failure", [&] { speech.engine->failed(base::Error(-7, "it went away")); }},
+                {"silence", [&] { FakeSpeech::speaksByItself = what == "over"; }},
+                {"ends", [&] { FakeSpeech::spoken += "end", FakeSpeech::engine->ended(); }},
+                {"failure", [&] { FakeSpeech::engine->failed(base::Error(-7, "it went away")); }},
                 {"throws", [&] { QTimer::singleShot(0, this, [] { throw std::bad_alloc(); }); }},
                 {"fails", [&] { QTimer::singleShot(0, this, [] { throw base::Error(-5, "no ink"); }); }},
-                {"listen", [&] { listen(what); }},
+                {"listen",
+                 [&] {
+                     QTimer::singleShot(0, this, [&] { play(what.split(" and ").join(", ")); });
+                     find<QPushButton>("cListen")->click();
+                 }},
                 {"session", [&] { qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(*this)); }},
             };
             verbs.value(verb, [&] { qFatal("no verb %s", qPrintable(step)); })();
@@ -143,7 +144,7 @@ public:
         const QImage picture = window->grab().toImage();
         const QTextDocument *board = find<QTextEdit>("RTB2")->document();
         for (QWidget *control : window->findChildren<QWidget *>()) {
-            if (control->window() != window)
+            if (control->window() != window.get())
                 continue;
             auto *reader = QAccessible::queryAccessibleInterface(control);
             const QString name = reader->role() == QAccessible::StatusBar ? "state" : control->objectName();
@@ -151,9 +152,8 @@ public:
                 reader->text(control->inherits("QTextEdit") ? QAccessible::Description : QAccessible::Name);
             if (name.startsWith("cButt(") || name.startsWith("tDemo(")) {
                 const auto number = board->find(content(control), 0, QTextDocument::FindWholeWords);
-                const bool isRed = number.charFormat().foreground().color() == Qt::red;
-                words += ' ' + picture.pixelColor(control->mapTo(window, QPoint(4, 4))).name();
-                words += isRed ? " red" : "";
+                words += ' ' + picture.pixelColor(control->mapTo(window.get(), QPoint(4, 4))).name();
+                words += number.charFormat().foreground().color() == Qt::red ? " red" : "";
             }
             seen[name] = content(control);
             if (words != seen[name])
@@ -170,7 +170,7 @@ public:
             {"front", QApplication::activeWindow()->objectName()},
             {"screen", screenStaysOn ? "on" : ""},
             {"settings", linesOf(modMain::SettingsPath).join(' ').remove('\r')},
-            {"spoken", std::exchange(speech.spoken, {}).join(". ")},
+            {"spoken", std::exchange(FakeSpeech::spoken, {}).join(". ")},
             {"boxes", std::exchange(m_boxes, {}).join(". ")},
             {"said", std::exchange(said, {}).join(". ")},
         });
@@ -181,18 +181,14 @@ public:
     /// The window that keys go to. Where a box was closed, a window manager gives it them.
     QWindow *keyboard()
     {
-        QCoreApplication::processEvents();
-        while (!QGuiApplication::focusWindow()) {
-            (m_front && m_front->isVisible() ? m_front.data() : window)->activateWindow();
-            QCoreApplication::processEvents();
-        }
+        for (qApp->processEvents(); !qApp->focusWindow(); qApp->processEvents())
+            (m_front && m_front->isVisible() ? m_front.data() : window.get())->activateWindow();
         if (!QApplication::activeModalWidget())
             m_front = QApplication::activeWindow();
         return QGuiApplication::focusWindow();
     }
     void click(QWidget *control, QPoint place = {3, 3})
     {
-        keyboard();
         m_front = control->window();
         m_front->activateWindow();
         QTest::mouseClick(m_front->windowHandle(), Qt::LeftButton, {}, control->mapTo(m_front, place));
@@ -221,12 +217,6 @@ public:
         if (menu)
             QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
     }
-    /// Hears a sample, and plays on while it is spoken.
-    void listen(const QString &meanwhile)
-    {
-        QTimer::singleShot(0, this, [this, meanwhile] { play(QString(meanwhile).replace(" and ", ", ")); });
-        find<QPushButton>("cListen")->click();
-    }
     /// What happens when the time of a running timer is over.
     void tick(QTimer *timer, int times = 1)
     {
@@ -237,8 +227,7 @@ public:
         }
     }
 
-    FakeSpeech speech;
-    QWidget *window = nullptr;
+    std::unique_ptr<QWidget> window;
     std::function<void(QWidget *)> onBox = [](QWidget *) {};
 
 private:
@@ -261,7 +250,6 @@ private:
         return event->type() == QEvent::Timer && watched->inherits("QTimer") && watched->objectName() != "";
     }
 
-    std::unique_ptr<QWidget> m_program;
     QPointer<QWidget> m_front, m_answered;
     QString m_answer = "Escape";
     QStringList m_boxes;
@@ -270,28 +258,25 @@ private:
 
 /// Runs the tests of an object in an application with a folder of its own, in which the program lies, too:
 /// this program makes it, and starts itself in there.
-template <class Test>
-int runInRoom(int argc, char *argv[])
+inline int runInRoom(QObject &&test, int argc, char *argv[])
 {
     app::Application application(argc, argv);
     const QString program = QCoreApplication::applicationFilePath();
-    if (!program.endsWith("/vellomir")) {
+    if (!program.endsWith("/Vellomir")) {
         const QTemporaryDir folder(program + "-XXXXXX");
         qputenv("AppData", folder.filePath("AppData").toLocal8Bit());
-        QFile::copy(program, folder.filePath("vellomir"));
-        return QProcess::execute(folder.filePath("vellomir"), QCoreApplication::arguments().mid(1));
+        QFile::copy(program, folder.filePath("Vellomir"));
+        return QProcess::execute(folder.filePath("Vellomir"), QCoreApplication::arguments().mid(1));
     }
     QDir::setCurrent(QCoreApplication::applicationDirPath());
     std::ofstream("help.txt") << "Help";
-    QApplication::setApplicationName("Vellomir");
     controls::applyAppearance(application);
     QApplication::setCursorFlashTime(0);
-    Test test;
     return QTest::qExec(&test, argc, argv);
 }
 
 #define TEST_IN_ROOM(Test)                                                                                   \
     int main(int argc, char *argv[])                                                                         \
     {                                                                                                        \
-        return runInRoom<Test>(argc, argv);                                                                  \
+        return runInRoom(Test(), argc, argv);                                                                \
     }
