@@ -42,8 +42,8 @@ private Q_SLOTS:
         QTest::newRow("only Yes takes a call back")
             << "enter 12, answers N, enter 12, answers Return, enter 12, answers Y, enter 12, enter 12";
         QTest::newRow("the first and the last, and nothing left to draw")
-            << "draws 0, click cRandNum, draws 0.9999, type r, click cDemoButt(3), enter 16, type "
-               "rrrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, click chkAutoCall, "
+            << "draws 0, click cRandNum, draws 0.9999, type r, click cDemoButt(3), enter 16, "
+               "type rrrrrrrrrrrrrrrrrrrrrrrrrrrrr, type r, click chkAutoCall, "
                "seconds 2, seconds 2, click cPause, answers Y, click cButt(61), type r, click cmdClear";
         QString patterns = "enter 33";
         for (int id = 1; id <= 21; ++id)
