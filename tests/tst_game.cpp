@@ -10,6 +10,7 @@ static const char *moments[] = {
     "size 12.5, enter ; size 3, enter ; size 250, enter ; size abc, enter ; size 4, click cmdClear",
     "size 37, key Up; size 60, key Down",
     "size 37, key Alt+Down, key Return; size 37, key Alt+Down, key Escape, enter 32; "
+    "size 37, key Alt+Down, size 35, key Return; "
     "size 37, key Alt+Down, key Down, key Return",
     "click cboSec, key Up, key Return; session; click chkAutoCall, seconds 2; click chkAutoCall; halfhour",
     "click chkAutoCall, key Tab, key F10; seconds 2; key F10; size 35, choose mnuExit",

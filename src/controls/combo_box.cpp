@@ -6,6 +6,8 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace controls {
 
 ComboBox::ComboBox(QWidget *parent, bool editable)
@@ -72,6 +74,7 @@ void ComboBox::showPopup()
         setEditText(text);
     }
     view()->installEventFilter(this);
+    view()->window()->installEventFilter(this);
     QComboBox::showPopup();
     if (currentIndex() >= 0)
         return;
@@ -80,11 +83,19 @@ void ComboBox::showPopup()
                                               QItemSelectionModel::NoUpdate);
 }
 
-/// Tells that the list closes, and has keys for one in which nothing is selected, since the text in the box
-/// is none of its entries. A key that closes it chooses nothing; Qt would empty the box.
+bool ComboBox::isInText(QPointF onScreen) const
+{
+    return isEditable() && lineEdit()->rect().contains(lineEdit()->mapFromGlobal(onScreen.toPoint()));
+}
+
+/// Keys for a list in which nothing is selected, since the text in the box is none of its entries. A key that
+/// closes it chooses nothing; Qt would empty the box. And tells that the list closes, unless by a press on
+/// the text, into which the user will type.
 bool ComboBox::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Hide && watched == view())
+    if (event->type() == QEvent::MouseButtonPress)
+        m_isTextPressed = isInText(static_cast<QMouseEvent *>(event)->globalPosition());
+    if (event->type() == QEvent::Hide && watched == view() && !std::exchange(m_isTextPressed, false))
         Q_EMIT listClosed();
     const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
     if (!isKey || watched != view() || view()->selectionModel()->hasSelection())

@@ -17,7 +17,8 @@ public:
     void showPopup() override;
 
 Q_SIGNALS:
-    /// The list closes. If an entry was chosen, activated() follows.
+    /// The list closes, but not by a press on the text in the box. If an entry was chosen, activated()
+    /// follows.
     void listClosed();
 
 protected:
@@ -30,6 +31,9 @@ private:
 
     int entryBeside(Step step) const;
     void choose(Step step);
+    bool isInText(QPointF onScreen) const;
+
+    bool m_isTextPressed = false; // and so the list closes
 };
 
 } // namespace controls
